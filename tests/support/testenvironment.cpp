@@ -1,0 +1,45 @@
+#include "testenvironment.h"
+
+#include "kelplugin/qflog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStringList>
+
+static void initKellaserweldResourcesForTests()
+{
+    Q_INIT_RESOURCE(kellaserweld);
+    Q_INIT_RESOURCE(kellaserweld_lang);
+}
+
+namespace testenv {
+
+void initPluginResources()
+{
+    initKellaserweldResourcesForTests();
+}
+
+QString logFilePath()
+{
+    return QDir::current().absoluteFilePath(
+        QStringLiteral("log/kelplugin/kellaserweld/kellaserweld"));
+}
+
+void resetLogFile()
+{
+    kelplugin::QFLog::closeAll();
+    QFile::remove(logFilePath());
+}
+
+QStringList logLines()
+{
+    QFile file(logFilePath());
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    if (!lines.isEmpty() && lines.last().isEmpty())
+        lines.removeLast();
+    return lines;
+}
+
+} // namespace testenv

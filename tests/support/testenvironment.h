@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace testenv {
+
+// Registers the plug-in's resources (icons, style, translation) in a test process that links
+// the plug-in's code instead of loading the module.
+void initPluginResources();
+
+// Absolute path of the plug-in's log file under the current working folder.
+QString logFilePath();
+// Empties the plug-in's log file (closing the host's cached handle first).
+void resetLogFile();
+// The lines of the plug-in's log file.
+QStringList logLines();
+
+} // namespace testenv

@@ -1,0 +1,108 @@
+#include "core/logline.h"
+#include "support/testenvironment.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QTest>
+
+class TestLogLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { testenv::resetLogFile(); }
+
+    void lineBytesPerLevel_data();
+    void lineBytesPerLevel();
+    void piecesAreSeparatedByOneBlank();
+    void logPathIsFilledWithThePluginKey();
+    void unwritableLogFolderStillReachesConsole();
+};
+
+void TestLogLine::lineBytesPerLevel_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QString>("tag");
+    QTest::addColumn<QString>("colour");
+    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I"
+                          << "36";
+    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W"
+                             << "33";
+    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E"
+                           << "31";
+    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S"
+                            << "35";
+    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D"
+                           << "32";
+}
+
+void TestLogLine::lineBytesPerLevel()
+{
+    QFETCH(int, level);
+    QFETCH(QString, tag);
+    QFETCH(QString, colour);
+
+    const QDateTime before = QDateTime::currentDateTime();
+    kellaser::LogLine(kellaser::LogLevel(level)) << "kelLaserWeld::init()";
+
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 1);
+    const QRegularExpression form(QStringLiteral("^\\x1b\\[%1m\\[%2\\|(\\d\\d/\\d\\d "
+                                                 "\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d)\\] "
+                                                 "kelLaserWeld::init\\(\\)\\x1b\\[0m$")
+                                      .arg(colour, tag));
+    const QRegularExpressionMatch match = form.match(lines.first());
+    QVERIFY2(match.hasMatch(), qPrintable(lines.first()));
+    // The stamp is local time, month first, to the millisecond.
+    const QString expectedPrefix = before.toString(QStringLiteral("MM/dd hh:mm"));
+    const QString after = QDateTime::currentDateTime().toString(QStringLiteral("MM/dd hh:mm"));
+    QVERIFY(match.captured(1).startsWith(expectedPrefix) || match.captured(1).startsWith(after));
+}
+
+void TestLogLine::piecesAreSeparatedByOneBlank()
+{
+    const QString command = QStringLiteral("set_weld_manual_gas");
+    kellaser::logError() << "Phybtn:: open gas failed. " << command << " Result:" << 3;
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines.first().endsWith(QStringLiteral(
+                 "] Phybtn:: open gas failed.  set_weld_manual_gas  Result: 3\x1b[0m")),
+        qPrintable(lines.first()));
+}
+
+void TestLogLine::logPathIsFilledWithThePluginKey()
+{
+    QCOMPARE(
+        kellaser::LogLine::logPath(), QStringLiteral("./log/kelplugin/kellaserweld/kellaserweld"));
+    QCOMPARE(kellaser::LogLine::levelTag(
+                 kellaser::LogLevel::Error, QDateTime(QDate(2026, 11, 14), QTime(16, 52, 44, 123))),
+        QStringLiteral("[E|11/14 16:52:44.123]"));
+}
+
+void TestLogLine::unwritableLogFolderStillReachesConsole()
+{
+    // A file where the log folder should be makes the log file impossible to open.
+    kelplugin::QFLog::closeAll();
+    QDir().mkpath(QStringLiteral("blocked"));
+    const QString old = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(QStringLiteral("blocked")));
+    QFile blocker(QStringLiteral("log"));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+
+    QString console;
+    static QString *sink = nullptr;
+    sink = &console;
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &msg) { sink->append(msg); });
+    kellaser::logInfo() << "still visible";
+    qInstallMessageHandler(previous);
+    kelplugin::QFLog::closeAll();
+    QFile::remove(QStringLiteral("log"));
+    QDir::setCurrent(old);
+
+    QVERIFY2(console.contains(QStringLiteral("still visible")), qPrintable(console));
+}
+
+QTEST_GUILESS_MAIN(TestLogLine)
+#include "tst_logline.moc"
