@@ -9,7 +9,7 @@
 namespace kelcontroller {
 
 // Port names the simulated controller offers, per type.
-struct IoLayout
+struct KELPLUGIN_EXPORT IoLayout
 {
     int digitalOutputs = 32;
     int digitalInputs = 32;

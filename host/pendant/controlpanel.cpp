@@ -1,0 +1,139 @@
+#include "controlpanel.h"
+
+#include "controller/controllersimulator.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTime>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int kMaxTraffic = 300;
+
+QString compact(const QJsonValue &value)
+{
+    if (value.isObject())
+        return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact));
+    if (value.isArray())
+        return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact));
+    return QString::fromUtf8(
+        QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact).mid(1).chopped(1));
+}
+} // namespace
+
+ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidget *parent)
+    : QWidget(parent)
+    , m_controller(controller)
+    , m_userLevel(new QSpinBox(this))
+    , m_powered(new QCheckBox(tr("Robot powered"), this))
+    , m_connected(new QCheckBox(tr("Controller connected"), this))
+    , m_faultCode(new QSpinBox(this))
+    , m_state(new QLabel(this))
+    , m_traffic(new QListWidget(this))
+{
+    auto *layout = new QVBoxLayout(this);
+
+    auto *cell = new QGroupBox(tr("Cell"), this);
+    auto *cellLayout = new QFormLayout(cell);
+    m_userLevel->setObjectName(QStringLiteral("userLevel"));
+    m_userLevel->setRange(0, 5);
+    m_userLevel->setValue(controller->getUserOperateLevel());
+    cellLayout->addRow(tr("User level"), m_userLevel);
+    m_powered->setObjectName(QStringLiteral("robotPowered"));
+    m_powered->setChecked(controller->getRobotEleStatus());
+    cellLayout->addRow(m_powered);
+    m_connected->setObjectName(QStringLiteral("controllerConnected"));
+    m_connected->setChecked(controller->isConnected());
+    cellLayout->addRow(m_connected);
+    layout->addWidget(cell);
+
+    auto *faults = new QGroupBox(tr("Next reply"), this);
+    auto *faultLayout = new QFormLayout(faults);
+    m_faultCode->setRange(-999, 999);
+    m_faultCode->setValue(5);
+    auto *failNext = new QPushButton(tr("Fail with code"), faults);
+    failNext->setObjectName(QStringLiteral("failNext"));
+    faultLayout->addRow(failNext, m_faultCode);
+    auto *emptyNext = new QPushButton(tr("Empty reply"), faults);
+    emptyNext->setObjectName(QStringLiteral("emptyNext"));
+    auto *malformedNext = new QPushButton(tr("Malformed reply"), faults);
+    malformedNext->setObjectName(QStringLiteral("malformedNext"));
+    faultLayout->addRow(emptyNext, malformedNext);
+    layout->addWidget(faults);
+
+    auto *state = new QGroupBox(tr("Controller state"), this);
+    auto *stateLayout = new QVBoxLayout(state);
+    m_state->setObjectName(QStringLiteral("controllerState"));
+    m_state->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_state->setWordWrap(true);
+    stateLayout->addWidget(m_state);
+    auto *file = new QLabel(
+        tr("Data file: %1").arg(QDir::toNativeSeparators(controller->dataFilePath())), state);
+    file->setWordWrap(true);
+    file->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    stateLayout->addWidget(file);
+    layout->addWidget(state);
+
+    auto *traffic = new QGroupBox(tr("Commands"), this);
+    auto *trafficLayout = new QVBoxLayout(traffic);
+    m_traffic->setObjectName(QStringLiteral("controllerTraffic"));
+    trafficLayout->addWidget(m_traffic);
+    layout->addWidget(traffic, 1);
+
+    connect(m_userLevel, qOverload<int>(&QSpinBox::valueChanged), controller,
+        &kelcontroller::ControllerSimulator::setUserLevel);
+    connect(m_powered, &QCheckBox::toggled, controller,
+        &kelcontroller::ControllerSimulator::setRobotPowered);
+    connect(m_connected, &QCheckBox::toggled, controller,
+        &kelcontroller::ControllerSimulator::setConnected);
+    connect(failNext, &QPushButton::clicked, this,
+        [this] { m_controller->injectReturnCode(m_faultCode->value()); });
+    connect(emptyNext, &QPushButton::clicked, controller,
+        &kelcontroller::ControllerSimulator::injectEmptyReply);
+    connect(malformedNext, &QPushButton::clicked, controller,
+        &kelcontroller::ControllerSimulator::injectMalformedElement);
+    connect(controller, &kelcontroller::ControllerSimulator::stateChanged, this,
+        &ControlPanel::refreshState);
+    connect(controller, &kelcontroller::ControllerSimulator::commandHandled, this,
+        &ControlPanel::addTraffic);
+    refreshState();
+}
+
+void ControlPanel::refreshState()
+{
+    const QJsonValue status = m_controller->getKelServiceData(QStringLiteral("laser_weld_data"));
+    QStringList lines;
+    if (!m_controller->isConnected()) {
+        lines.append(tr("(not connected)"));
+    } else {
+        const QJsonObject object = status.toObject();
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
+            lines.append(it.key() + QStringLiteral(": ") + compact(it.value()));
+    }
+    m_state->setText(lines.join(QLatin1Char('\n')));
+    m_userLevel->setValue(m_controller->getUserOperateLevel());
+    m_powered->setChecked(m_controller->getRobotEleStatus());
+    m_connected->setChecked(m_controller->isConnected());
+}
+
+void ControlPanel::addTraffic(
+    const QString &command, const QJsonValue &payload, const QJsonArray &reply)
+{
+    auto *item = new QListWidgetItem(
+        QStringLiteral("%1  %2 %3 → %4")
+            .arg(QTime::currentTime().toString(QStringLiteral("hh:mm:ss")), command,
+                compact(payload).left(120), compact(reply).left(160)),
+        nullptr);
+    item->setToolTip(compact(payload));
+    m_traffic->insertItem(0, item);
+    while (m_traffic->count() > kMaxTraffic)
+        delete m_traffic->takeItem(m_traffic->count() - 1);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QListWidget;
+class QSpinBox;
+
+namespace kelcontroller {
+class ControllerSimulator;
+}
+
+// The pendant's controls for what a real cell decides elsewhere: who is logged in, whether
+// the robot is powered, whether the controller is reachable, and faults to try the plug-in
+// against. It also shows the simulated controller's state and its command traffic.
+class ControlPanel : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit ControlPanel(
+        kelcontroller::ControllerSimulator *controller, QWidget *parent = nullptr);
+
+    void refreshState();
+
+private:
+    void addTraffic(const QString &command, const QJsonValue &payload, const QJsonArray &reply);
+
+    kelcontroller::ControllerSimulator *m_controller;
+    QSpinBox *m_userLevel;
+    QCheckBox *m_powered;
+    QCheckBox *m_connected;
+    QSpinBox *m_faultCode;
+    QLabel *m_state;
+    QListWidget *m_traffic;
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "kelplugin/shellbackend.h"
+
+#include <QHash>
+#include <QMainWindow>
+#include <QMultiMap>
+#include <QPointer>
+
+class ControlPanel;
+class KeyPanel;
+class MessageList;
+class QLabel;
+class QTabWidget;
+
+namespace kelcontroller {
+class ControllerSimulator;
+}
+
+// The pendant simulator's main window and its shell side: plug-ins hand their centre pages,
+// status-bar widgets and key lists to it, and their operator messages land in its list.
+class PendantWindow : public QMainWindow, public kelplugin::ShellBackend
+{
+    Q_OBJECT
+public:
+    explicit PendantWindow(
+        kelcontroller::ControllerSimulator *controller, QWidget *parent = nullptr);
+    ~PendantWindow() override;
+
+    // Adds a page of the pendant's own (the program editor) after the plug-ins' pages.
+    void addPendantPage(QWidget *page, const QString &title);
+    void setPluginLabel(const QString &pluginKey, const QString &label);
+
+    QTabWidget *centreTabs() const { return m_centre; }
+    QWidget *centreWidget(const QString &pluginKey) const;
+    MessageList *messageList() const { return m_messages; }
+    KeyPanel *firstKeys() const { return m_firstKeys; }
+    KeyPanel *secondKeys() const { return m_secondKeys; }
+
+    int throwLog(
+        const QString &pluginKey, kelplugin::enThrowLogLevel level, const QString &text) override;
+    int createCenterWidget(const QString &pluginKey, QWidget *widget) override;
+    int createStatusBar(const QString &pluginKey, QWidget *widget, int slot) override;
+    int createPhyButtonList(const QString &pluginKey, const QString &listName,
+        const QList<kelplugin::PhysicalButton> &first,
+        const QList<kelplugin::PhysicalButton> &second, const QStringList &extra) override;
+    int changePhyButtonStatus(
+        const QString &pluginKey, const QString &listName, bool active) override;
+    int changeModelWindowStatus(const QString &pluginKey, bool modal) override;
+
+    // Operator-visible problems of the pendant itself (plug-in loading, the data file).
+    void reportProblem(const QString &text);
+
+private:
+    QTabWidget *m_centre;
+    KeyPanel *m_firstKeys;
+    KeyPanel *m_secondKeys;
+    MessageList *m_messages;
+    ControlPanel *m_controls;
+    QLabel *m_modalState;
+    QHash<QString, QPointer<QWidget>> m_centreWidgets;
+    QHash<QString, QString> m_activeKeyList;
+    QMultiMap<int, QPointer<QWidget>> m_statusSlots;
+};

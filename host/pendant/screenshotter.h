@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QDir>
+#include <QStringList>
+
+class PendantWindow;
+class QWidget;
+
+// Renders the pendant window and every page, dialog and instruction editor the plug-ins
+// provide to PNG files, for documentation and for checking the look without a display.
+class Screenshotter
+{
+public:
+    Screenshotter(PendantWindow *window, const QString &folder);
+
+    // Returns the files written; problems go to errors().
+    QStringList run();
+    QStringList errors() const { return m_errors; }
+
+private:
+    void save(QWidget *widget, const QString &name);
+    void shootPluginPages(QWidget *centre, const QString &prefix);
+    void shootDialogs(QWidget *centre, const QString &prefix);
+    void shootInstructionEditors();
+
+    PendantWindow *m_window;
+    QDir m_folder;
+    QStringList m_written;
+    QStringList m_errors;
+};

@@ -1,0 +1,220 @@
+#include "core/kellaserweld.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
+#include "widget/showstatusbar.h"
+
+#include "kelplugin/interfacemanager.h"
+#include "kelplugin/rlcatalog.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QTest>
+
+namespace {
+
+const QString kVirtualStatus = QStringLiteral("laser_weld_data.virtual_welding_status");
+
+QImage indicatorImage(QWidget *indicator)
+{
+    auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
+    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
+}
+
+QImage referenceIcon(bool simulated)
+{
+    ShowStatusBar reference;
+    if (simulated)
+        reference.showSimulatedWelding();
+    else
+        reference.showRealWelding();
+    return indicatorImage(&reference);
+}
+
+// Lines of the log file with their level tag and time stripped.
+QStringList logTexts()
+{
+    QStringList texts;
+    for (const QString &line : testenv::logLines()) {
+        const int end = line.indexOf(QLatin1String("] "));
+        texts.append(line.mid(end + 2).chopped(4)); // drop the colour reset
+    }
+    return texts;
+}
+
+} // namespace
+
+class TestLifecycle : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void constructorSetsLabelAndOwnSheets();
+    void initHandsPageKeysAndIndicatorToTheShellInOrder();
+    void lifecycleLogLinesComeInOrder();
+    void indicatorStartsRealEvenWhenControllerIsVirtual();
+    void reconnectShowsTheControllersMode_data();
+    void reconnectShowsTheControllersMode();
+    void eachRenderAddsOneReconnectHandler();
+    void afterInitRegistersTheInstructionCatalogue();
+};
+
+void TestLifecycle::initTestCase()
+{
+    testenv::initPluginResources();
+    // The two icons must differ, or the indicator tests below prove nothing.
+    QVERIFY(!referenceIcon(false).isNull());
+    QVERIFY(referenceIcon(false) != referenceIcon(true));
+}
+
+void TestLifecycle::init()
+{
+    testenv::resetLogFile();
+}
+
+void TestLifecycle::constructorSetsLabelAndOwnSheets()
+{
+    kelplugin::kelLaserWeld plugin;
+    QCOMPARE(plugin.pluginLabel(), QStringLiteral("Laser Welding"));
+    QCOMPARE(plugin.defaultGlobalSheet(), false);
+}
+
+void TestLifecycle::initHandsPageKeysAndIndicatorToTheShellInOrder()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+    kelplugin::PluginBase &base = plugin;
+    base.init();
+
+    QStringList functions;
+    for (const RecordingShell::Call &call : shell.calls) {
+        if (call.function != QLatin1String("ThrowLog"))
+            functions.append(call.function + QLatin1Char('(')
+                + call.arguments.join(QLatin1Char(',')) + QLatin1Char(')'));
+    }
+    QCOMPARE(functions,
+        QStringList({QStringLiteral("CreateCenterWidget(kellaserweld,LaserWeldPage)"),
+            QStringLiteral("CreatePhyButtonList(kellaserweld,kellaserweld,3,2,)"),
+            QStringLiteral("ChangePhyButtonStatus(kellaserweld,kellaserweld,true)"),
+            QStringLiteral("CreateStatusBar(kellaserweld,ShowStatusBar,1)")}));
+    // The monitor dialog lives under the main page and dies with it.
+    QVERIFY(shell.centerWidget);
+    QVERIFY(shell.centerWidget->findChild<QDialog *>(QStringLiteral("ButtonMonitorPage")));
+}
+
+void TestLifecycle::lifecycleLogLinesComeInOrder()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+    kelplugin::PluginBase &base = plugin;
+    base.init();
+    base.afterInit();
+    base.render();
+
+    const QStringList expected {
+        QStringLiteral("kelLaserWeld::iniUi()"),
+        QStringLiteral("LaserWeldPage::LaserWeldPage 15"),
+        QStringLiteral("kelLaserWeld::init()"),
+        QStringLiteral("kelLaserWeld::initPhysicalButton()"),
+        QStringLiteral("kelLaserWeld::initPhysicalButton()"),
+        QStringLiteral("KelPluginDemo::initData()"),
+    };
+    // Pages add lines of their own in between; the lifecycle's must appear in this order.
+    const QStringList texts = logTexts();
+    int from = 0;
+    for (const QString &line : expected) {
+        const int at = texts.indexOf(line, from);
+        QVERIFY2(at >= 0, qPrintable(QStringLiteral("missing or out of order: ") + line));
+        from = at + 1;
+    }
+}
+
+void TestLifecycle::indicatorStartsRealEvenWhenControllerIsVirtual()
+{
+    ScriptedController controller;
+    controller.serviceData.insert(kVirtualStatus, true);
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+    kelplugin::PluginBase &base = plugin;
+    base.init();
+    base.afterInit();
+    base.render();
+
+    QCOMPARE(indicatorImage(shell.statusBarWidget), referenceIcon(false));
+    QVERIFY(!controller.readKeys.contains(kVirtualStatus));
+}
+
+void TestLifecycle::reconnectShowsTheControllersMode_data()
+{
+    QTest::addColumn<QJsonValue>("status");
+    QTest::addColumn<bool>("simulated");
+    QTest::newRow("virtual") << QJsonValue(true) << true;
+    QTest::newRow("real") << QJsonValue(false) << false;
+    QTest::newRow("missing value counts as real") << QJsonValue(QJsonValue::Undefined) << false;
+    QTest::newRow("string is not true") << QJsonValue(QStringLiteral("true")) << false;
+    QTest::newRow("number is not true") << QJsonValue(1) << false;
+}
+
+void TestLifecycle::reconnectShowsTheControllersMode()
+{
+    QFETCH(QJsonValue, status);
+    QFETCH(bool, simulated);
+
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+    kelplugin::PluginBase &base = plugin;
+    base.init();
+    base.afterInit();
+    base.render();
+
+    controller.serviceData.insert(kVirtualStatus, true);
+    controller.emitConnectionRestored();
+    QCOMPARE(indicatorImage(shell.statusBarWidget), referenceIcon(true));
+
+    controller.serviceData.insert(kVirtualStatus, status);
+    controller.emitConnectionRestored();
+    QCOMPARE(indicatorImage(shell.statusBarWidget), referenceIcon(simulated));
+}
+
+void TestLifecycle::eachRenderAddsOneReconnectHandler()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+    kelplugin::PluginBase &base = plugin;
+    base.init();
+    base.afterInit();
+    base.render();
+    base.render();
+
+    controller.readKeys.clear();
+    emit kelplugin::kelPluginInterface().sigNetworkConnect();
+    QCOMPARE(controller.readKeys.count(kVirtualStatus), 2);
+}
+
+void TestLifecycle::afterInitRegistersTheInstructionCatalogue()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::rlCatalog().clear();
+    kelplugin::kelLaserWeld plugin;
+    kelplugin::PluginBase &base = plugin;
+    base.init();
+    base.afterInit();
+
+    // The registrar is gone after afterInit; what it registered stays with the host.
+    const QList<kelplugin::RLInstruction> instructions = kelplugin::rlCatalog().instructions();
+    QCOMPARE(instructions.size(), 10);
+    QCOMPARE(instructions.first().typeKey, QStringLiteral("LaserOn"));
+    QCOMPARE(instructions.last().typeKey, QStringLiteral("LsMoveCF"));
+    QCOMPARE(kelplugin::rlCatalog().groups().size(), 1);
+}
+
+QTEST_MAIN(TestLifecycle)
+#include "tst_lifecycle.moc"
