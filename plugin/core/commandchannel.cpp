@@ -57,7 +57,7 @@ CommandChannel::Entry CommandChannel::findReturn(const QJsonArray &reply, const 
         const auto ret = entry.constFind(returnKey());
         if (ret == entry.constEnd())
             continue;
-        // QJsonValue::toInt(0) turns anything but a whole number into 0.
+        // QJsonValue::toInt(0) turns anything but a whole number in int range into 0.
         const int code = ret.value().toInt(0);
         return {code == 0 ? Outcome::Success : Outcome::Failure, code};
     }

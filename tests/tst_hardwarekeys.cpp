@@ -1,0 +1,501 @@
+#include "core/kellaserweld.h"
+#include "support/leveltexts.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
+
+#include <QJsonDocument>
+#include <QLabel>
+#include <QPixmap>
+#include <QTest>
+
+namespace {
+
+const QString kRedLightStatus = QStringLiteral("laser_weld_data.weld_redlight_status");
+const QString kVirtualStatus = QStringLiteral("laser_weld_data.virtual_welding_status");
+
+QJsonArray json(const char *text)
+{
+    return QJsonDocument::fromJson(text).array();
+}
+
+// Console debug lines that are not plug-in log lines.
+QStringList *g_debugLines = nullptr;
+
+void collectDebugLines(QtMsgType type, const QMessageLogContext &, const QString &msg)
+{
+    if (type == QtDebugMsg && g_debugLines && !msg.startsWith(QLatin1Char('\x1b')))
+        g_debugLines->append(msg);
+}
+
+const QString kRealIcon = QStringLiteral(":/png/LaserSwitchReal.png");
+const QString kSimulatedIcon = QStringLiteral(":/png/LaserSwitchSimu.png");
+
+QImage iconImage(const QString &path)
+{
+    return QPixmap(path).scaledToHeight(25, Qt::SmoothTransformation).toImage();
+}
+
+QImage labelImage(QWidget *indicator)
+{
+    auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
+    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
+}
+
+} // namespace
+
+// A plug-in after init, with the pendant and the controller stood in for.
+struct PluginUnderTest
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+
+    explicit PluginUnderTest(int level = 3)
+    {
+        controller.userLevel = level;
+        static_cast<kelplugin::PluginBase &>(plugin).init();
+        shell.clear();
+        controller.clearSent();
+        controller.readKeys.clear();
+        testenv::resetLogFile();
+    }
+
+    QList<QJsonValue> sentValues(const QString &command) const
+    {
+        QList<QJsonValue> values;
+        for (const ScriptedController::Sent &s : controller.sent) {
+            if (s.command == command)
+                values.append(s.value);
+        }
+        return values;
+    }
+
+    // "real", "simulated" or "other": the indicator's picture against the two icons.
+    QString indicatorIcon() const
+    {
+        const QImage shown = labelImage(shell.statusBarWidget);
+        if (shown == iconImage(kRealIcon))
+            return QStringLiteral("real");
+        if (shown == iconImage(kSimulatedIcon))
+            return QStringLiteral("simulated");
+        return QStringLiteral("other");
+    }
+
+    // Brings the indicator to the simulated icon the way the pendant does: a reconnection
+    // while the controller is in virtual welding.
+    void showSimulatedFromReconnect()
+    {
+        static_cast<kelplugin::PluginBase &>(plugin).render();
+        controller.serviceData.insert(kVirtualStatus, true);
+        controller.emitConnectionRestored();
+        controller.serviceData.remove(kVirtualStatus);
+        controller.readKeys.clear();
+    }
+};
+
+class TestHardwareKeys : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void keysHandedToThePendant();
+    void keyIcons_data();
+    void keyIcons();
+    void permission_data();
+    void permission();
+    void releaseOfPressOnlyKeys_data();
+    void releaseOfPressOnlyKeys();
+    void redLightToggles_data();
+    void redLightToggles();
+    void wireKeysReportPressAndRelease_data();
+    void wireKeysReportPressAndRelease();
+    void keyReplyIsJudged_data();
+    void keyReplyIsJudged();
+    void workModeSwitch_data();
+    void workModeSwitch();
+
+private:
+    QStringList m_debugLines;
+    QtMessageHandler m_previousHandler = nullptr;
+};
+
+void TestHardwareKeys::initTestCase()
+{
+    testenv::initPluginResources();
+}
+
+void TestHardwareKeys::init()
+{
+    testenv::resetLogFile();
+    m_debugLines.clear();
+    g_debugLines = &m_debugLines;
+    m_previousHandler = qInstallMessageHandler(collectDebugLines);
+}
+
+void TestHardwareKeys::cleanup()
+{
+    qInstallMessageHandler(m_previousHandler);
+    g_debugLines = nullptr;
+}
+
+void TestHardwareKeys::keysHandedToThePendant()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+
+    plugin.initPhysicalButton();
+
+    QCOMPARE(
+        testenv::logTexts(), QStringList {QStringLiteral("I|kelLaserWeld::initPhysicalButton()")});
+    QCOMPARE(shell.calls.size(), 2);
+    QCOMPARE(shell.calls.at(0).function, QStringLiteral("CreatePhyButtonList"));
+    // Key, list name, sizes of the two lists, then the extra list: one empty string.
+    QCOMPARE(shell.calls.at(0).arguments,
+        (QStringList {QStringLiteral("kellaserweld"), QStringLiteral("kellaserweld"),
+            QStringLiteral("3"), QStringLiteral("2"), QString()}));
+    QCOMPARE(shell.calls.at(1).function, QStringLiteral("ChangePhyButtonStatus"));
+    QCOMPARE(shell.calls.at(1).arguments,
+        (QStringList {QStringLiteral("kellaserweld"), QStringLiteral("kellaserweld"),
+            QStringLiteral("true")}));
+}
+
+void TestHardwareKeys::keyIcons_data()
+{
+    QTest::addColumn<int>("list");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("icon");
+
+    QTest::newRow("work mode") << 1 << 0 << "Work mode"
+                               << "switchMode";
+    QTest::newRow("wiring") << 1 << 1 << "Wiring"
+                            << "feedWire";
+    QTest::newRow("red light") << 1 << 2 << "Red Light"
+                               << "redLight";
+    QTest::newRow("protect gas") << 2 << 0 << "ProtectGas"
+                                 << "gas";
+    QTest::newRow("retract wire") << 2 << 1 << "Retract Wire"
+                                  << "pullWire";
+}
+
+void TestHardwareKeys::keyIcons()
+{
+    QFETCH(int, list);
+    QFETCH(int, position);
+    QFETCH(QString, name);
+    QFETCH(QString, icon);
+
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+    plugin.initPhysicalButton();
+
+    const auto &buttons = list == 1 ? shell.firstButtons : shell.secondButtons;
+    QVERIFY(position < buttons.size());
+    const kelplugin::PhysicalButton &button = buttons.at(position);
+    QCOMPARE(button.name, name);
+    QCOMPARE(button.pressedIcon, QStringLiteral(":/png/phybutton/%1Pressed.png").arg(icon));
+    QCOMPARE(button.unpressedIcon, QStringLiteral(":/png/phybutton/%1Unpressed.png").arg(icon));
+    QVERIFY(bool(button.callback));
+}
+
+void TestHardwareKeys::permission_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("level");
+    QTest::addColumn<int>("refusals");
+
+    // Wire keys check press and release; the others only the press.
+    QTest::newRow("wiring at level 2") << "Wiring" << 2 << 2;
+    QTest::newRow("retract wire at level 2") << "Retract Wire" << 2 << 2;
+    QTest::newRow("red light at level 2") << "Red Light" << 2 << 1;
+    QTest::newRow("protect gas at level 2") << "ProtectGas" << 2 << 1;
+    QTest::newRow("work mode at level 2") << "Work mode" << 2 << 1;
+    QTest::newRow("wiring at level 0") << "Wiring" << 0 << 2;
+    QTest::newRow("wiring at level 3") << "Wiring" << 3 << 0;
+    QTest::newRow("work mode at level 3") << "Work mode" << 3 << 0;
+}
+
+void TestHardwareKeys::permission()
+{
+    QFETCH(QString, key);
+    QFETCH(int, level);
+    QFETCH(int, refusals);
+
+    PluginUnderTest t(level);
+    QVERIFY(t.shell.press(key, true));
+    QVERIFY(t.shell.press(key, false));
+
+    QStringList expected;
+    for (int i = 0; i < refusals; ++i)
+        expected.append(QStringLiteral("1|Insufficient user permissions!"));
+    if (refusals > 0) {
+        QCOMPARE(testenv::shownMessages(t.shell), expected);
+        QCOMPARE(t.controller.sentCommands(), QStringList());
+    } else {
+        QVERIFY(!t.controller.sentCommands().isEmpty());
+        QVERIFY(
+            !t.shell.messageTexts(1).contains(QStringLiteral("Insufficient user permissions!")));
+    }
+}
+
+void TestHardwareKeys::releaseOfPressOnlyKeys_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QStringList>("reads");
+
+    // Work mode reads the controller's mode before it looks at the flag, so even a release
+    // by a refused user reads it.
+    QTest::newRow("work mode") << "Work mode" << 3 << QStringList {kVirtualStatus};
+    QTest::newRow("work mode, refused user") << "Work mode" << 1 << QStringList {kVirtualStatus};
+    QTest::newRow("red light") << "Red Light" << 3 << QStringList();
+    QTest::newRow("protect gas") << "ProtectGas" << 3 << QStringList();
+}
+
+void TestHardwareKeys::releaseOfPressOnlyKeys()
+{
+    QFETCH(QString, key);
+    QFETCH(int, level);
+    QFETCH(QStringList, reads);
+
+    PluginUnderTest t(level);
+    t.controller.serviceData.insert(kVirtualStatus, true);
+    t.controller.serviceData.insert(kRedLightStatus, true);
+
+    QVERIFY(t.shell.press(key, false));
+
+    QCOMPARE(t.controller.sentCommands(), QStringList());
+    QCOMPARE(testenv::shownMessages(t.shell), QStringList());
+    QCOMPARE(t.controller.readKeys, reads);
+    QCOMPARE(t.indicatorIcon(), QStringLiteral("real"));
+}
+
+void TestHardwareKeys::redLightToggles_data()
+{
+    QTest::addColumn<QJsonValue>("status");
+    QTest::addColumn<bool>("sent");
+
+    QTest::newRow("no status value") << QJsonValue(QJsonValue::Undefined) << true;
+    QTest::newRow("light on") << QJsonValue(true) << false;
+    QTest::newRow("light off") << QJsonValue(false) << true;
+    QTest::newRow("status not a bool") << QJsonValue(QStringLiteral("on")) << true;
+}
+
+void TestHardwareKeys::redLightToggles()
+{
+    QFETCH(QJsonValue, status);
+    QFETCH(bool, sent);
+
+    PluginUnderTest t;
+    if (!status.isUndefined())
+        t.controller.serviceData.insert(kRedLightStatus, status);
+    // The reply is not judged: even a refusal shows nothing.
+    t.controller.queueReply(ScriptedController::reply(QStringLiteral("set_weld_red_light"), 5));
+
+    QVERIFY(t.shell.press(QStringLiteral("Red Light"), true));
+
+    QCOMPARE(t.controller.sentCommands(), QStringList {QStringLiteral("set_weld_red_light")});
+    QCOMPARE(t.controller.sent.first().value, QJsonValue(sent));
+    QCOMPARE(t.controller.readKeys, QStringList {kRedLightStatus});
+    QCOMPARE(testenv::shownMessages(t.shell), QStringList());
+    QCOMPARE(testenv::logTexts(), QStringList());
+}
+
+void TestHardwareKeys::wireKeysReportPressAndRelease_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("success");
+
+    QTest::newRow("wiring") << "Wiring"
+                            << "set_weld_feed_wire"
+                            << "0|Feed wire successfully";
+    QTest::newRow("retract wire") << "Retract Wire"
+                                  << "set_weld_retract_wire"
+                                  << "0|Retract wire successfully";
+}
+
+void TestHardwareKeys::wireKeysReportPressAndRelease()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, command);
+    QFETCH(QString, success);
+
+    PluginUnderTest t;
+    QVERIFY(t.shell.press(key, true));
+    QVERIFY(t.shell.press(key, false));
+
+    QCOMPARE(t.sentValues(command), (QList<QJsonValue> {true, false}));
+    QCOMPARE(t.controller.sentCommands().size(), 2);
+    QCOMPARE(testenv::shownMessages(t.shell), (QStringList {success, success}));
+    QCOMPARE(t.controller.sent.first().sender, &t.plugin);
+}
+
+void TestHardwareKeys::keyReplyIsJudged_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<bool>("pressed");
+    QTest::addColumn<QJsonArray>("reply");
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QStringList>("logs");
+    QTest::addColumn<QStringList>("debug");
+
+    const QString gas = QStringLiteral("set_weld_manual_gas");
+    const QString feed = QStringLiteral("set_weld_feed_wire");
+    const QString retract = QStringLiteral("set_weld_retract_wire");
+
+    QTest::newRow("gas success") << "ProtectGas" << true << ScriptedController::reply(gas, 0)
+                                 << QStringList {"0|Open gas successfully"} << QStringList()
+                                 << QStringList();
+    QTest::newRow("gas failure")
+        << "ProtectGas" << true << ScriptedController::reply(gas, 3)
+        << QStringList {"2|Open gas failed. Please check logs."}
+        << QStringList {"E|Phybtn:: open gas failed.  set_weld_manual_gas  Result: 3"}
+        << QStringList();
+    QTest::newRow("gas not found")
+        << "ProtectGas" << true << QJsonArray() << QStringList()
+        << QStringList {"E|Phybtn:: open gas failed. not found  set_weld_manual_gas  Result"}
+        << QStringList {"ProtectGas"};
+    QTest::newRow("gas entry in a later element")
+        << "ProtectGas" << true << json(R"([{"kellaserweld":{"set_weld_feed_wire":{"return":4}}},
+                    {"kellaserweld":{"set_weld_manual_gas":{"return":0}}}])")
+        << QStringList {"0|Open gas successfully"} << QStringList() << QStringList();
+    QTest::newRow("feed press success")
+        << "Wiring" << true << ScriptedController::reply(feed, 0)
+        << QStringList {"0|Feed wire successfully"} << QStringList() << QStringList();
+    QTest::newRow("feed release success") << "Wiring" << false << ScriptedController::reply(feed, 0)
+                                          << QStringList {"0|Feed wire successfully"}
+                                          << QStringList() << QStringList {"is_pressed =  false"};
+    QTest::newRow("feed press failure")
+        << "Wiring" << true << ScriptedController::reply(feed, 7)
+        << QStringList {"2|Feed wire failed. Please check logs."}
+        << QStringList {"E|Phybtn:: feed_wire failed.  set_weld_feed_wire  Result: 7"}
+        << QStringList();
+    QTest::newRow("feed press not found")
+        << "Wiring" << true << QJsonArray() << QStringList()
+        << QStringList {"E|Phybtn:: feed_wire failed. not found  set_weld_feed_wire  Result"}
+        << QStringList {"is_pressed =  true", "Welding"};
+    QTest::newRow("feed release not found")
+        << "Wiring" << false << ScriptedController::reply(gas, 0) << QStringList()
+        << QStringList {"E|Phybtn:: feed_wire failed. not found  set_weld_feed_wire  Result"}
+        << QStringList {"is_pressed =  false", "is_pressed =  false", "Welding"};
+    QTest::newRow("retract press success")
+        << "Retract Wire" << true << ScriptedController::reply(retract, 0)
+        << QStringList {"0|Retract wire successfully"} << QStringList() << QStringList();
+    QTest::newRow("retract release failure")
+        << "Retract Wire" << false << ScriptedController::reply(retract, -1)
+        << QStringList {"2|Retract wire failed. Please check logs."}
+        << QStringList {"E|Phybtn:: retract_wire failed.  set_weld_retract_wire  Result: -1"}
+        << QStringList();
+    QTest::newRow("retract not found")
+        << "Retract Wire" << true << json(R"([{"kellaserweld":"set_weld_retract_wire"}])")
+        << QStringList()
+        << QStringList {"E|Phybtn:: retract_wire failed. not found  set_weld_retract_wire  Result"}
+        << QStringList {"Retract Wire"};
+}
+
+void TestHardwareKeys::keyReplyIsJudged()
+{
+    QFETCH(QString, key);
+    QFETCH(bool, pressed);
+    QFETCH(QJsonArray, reply);
+    QFETCH(QStringList, messages);
+    QFETCH(QStringList, logs);
+    QFETCH(QStringList, debug);
+
+    PluginUnderTest t;
+    t.controller.queueReply(reply);
+    QVERIFY(t.shell.press(key, pressed));
+
+    QCOMPARE(t.controller.sent.size(), 1);
+    // Gas is only ever opened; the wire keys send the key's state.
+    QCOMPARE(
+        t.controller.sent.first().value, QJsonValue(key == QLatin1String("ProtectGas") || pressed));
+    QCOMPARE(testenv::shownMessages(t.shell), messages);
+    QCOMPARE(testenv::logTexts(), logs);
+    QCOMPARE(m_debugLines, debug);
+}
+
+void TestHardwareKeys::workModeSwitch_data()
+{
+    QTest::addColumn<QString>("startIcon");
+    QTest::addColumn<QJsonValue>("status");
+    QTest::addColumn<QJsonArray>("reply");
+    QTest::addColumn<bool>("sent");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("endIcon");
+
+    const auto reply = [](const QJsonValue &code) {
+        return ScriptedController::reply(QStringLiteral("set_virtual_welding"), code);
+    };
+
+    QTest::newRow("real to virtual")
+        << "real" << QJsonValue(false) << reply(0) << true << "0|Switch to VirtualWelding"
+        << "simulated";
+    QTest::newRow("virtual to real")
+        << "simulated" << QJsonValue(true) << reply(0) << false << "0|Switch to RealWdlding"
+        << "real";
+    QTest::newRow("missing status counts as real")
+        << "real" << QJsonValue(QJsonValue::Undefined) << reply(0) << true
+        << "0|Switch to VirtualWelding"
+        << "simulated";
+    QTest::newRow("empty reply counts as success")
+        << "real" << QJsonValue(false) << QJsonArray() << true << "0|Switch to VirtualWelding"
+        << "simulated";
+    QTest::newRow("first element not an object")
+        << "real" << QJsonValue(false) << json(R"([0, {"kellaserweld":1}])") << true
+        << "0|Switch to VirtualWelding"
+        << "simulated";
+    QTest::newRow("failure keeps real")
+        << "real" << QJsonValue(false) << reply(1) << true << "2|Switch work mode failed"
+        << "real";
+    QTest::newRow("failure keeps simulated")
+        << "simulated" << QJsonValue(true) << reply(2) << false << "2|Switch work mode failed"
+        << "simulated";
+    QTest::newRow("return true fails")
+        << "real" << QJsonValue(false) << reply(true) << true << "2|Switch work mode failed"
+        << "real";
+    QTest::newRow("return string 7 fails")
+        << "real" << QJsonValue(false) << reply(QStringLiteral("7")) << true
+        << "2|Switch work mode failed"
+        << "real";
+}
+
+void TestHardwareKeys::workModeSwitch()
+{
+    QFETCH(QString, startIcon);
+    QFETCH(QJsonValue, status);
+    QFETCH(QJsonArray, reply);
+    QFETCH(bool, sent);
+    QFETCH(QString, message);
+    QFETCH(QString, endIcon);
+
+    PluginUnderTest t;
+    if (startIcon == QLatin1String("simulated"))
+        t.showSimulatedFromReconnect();
+    const QString before = t.indicatorIcon();
+    if (!status.isUndefined())
+        t.controller.serviceData.insert(kVirtualStatus, status);
+    t.controller.queueReply(reply);
+
+    QVERIFY(t.shell.press(QStringLiteral("Work mode"), true));
+
+    QCOMPARE(t.controller.sentCommands(), QStringList {QStringLiteral("set_virtual_welding")});
+    QCOMPARE(t.controller.sent.first().value, QJsonValue(sent));
+    QCOMPARE(t.controller.readKeys, QStringList {kVirtualStatus});
+    QCOMPARE(testenv::shownMessages(t.shell), QStringList {message});
+    if (iconImage(kRealIcon) == iconImage(kSimulatedIcon))
+        QSKIP("the two work-mode icons are not in the resources");
+    QCOMPARE(before, startIcon);
+    QCOMPARE(t.indicatorIcon(), endIcon);
+}
+
+QTEST_MAIN(TestHardwareKeys)
+#include "tst_hardwarekeys.moc"
