@@ -102,6 +102,8 @@ private slots:
     void droppedConnectionAnswersNothingUntilRestored();
     void addCurrentPoint_data();
     void addCurrentPoint();
+    void lists_data();
+    void lists();
 };
 
 void TestControllerSimulator::factoryRecordsFitTheirOwnRules()
@@ -236,6 +238,19 @@ void TestControllerSimulator::unknownCommandIsRefusedWithAMessage()
     QCOMPARE(handled.count(), 1);
     QCOMPARE(handled.at(0).at(0).toString(), QString("set_weld_teleport"));
     QCOMPARE(handled.at(0).at(2).toJsonArray(), reply);
+
+    const QJsonArray foreign
+        = sim.commandCustomData(nullptr, "kelspotweld", QJsonObject {{"set_weld_red_light", true}});
+    QCOMPARE(foreign.at(0)
+                 .toObject()
+                 .value("kelspotweld")
+                 .toObject()
+                 .value("set_weld_red_light")
+                 .toObject()
+                 .value("return")
+                 .toInt(),
+        int(ControllerSimulator::UnknownCommand));
+    QVERIFY(!sim.isRedLightOn());
 }
 
 void TestControllerSimulator::serviceKeys_data()
@@ -417,6 +432,9 @@ void TestControllerSimulator::computeCurve_data()
         {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {"10", 6000}}}}
                                    << 2 << 0.0 << 0.0;
     QTest::newRow("no node array") << QJsonObject {{"laser_power_node", 2}} << 2 << 0.0 << 0.0;
+    QTest::newRow("raw values beyond a double's reach") << QJsonObject {{"laser_power_node", 2},
+        {"power_nodes_data", QJsonArray {QJsonArray {-1e308, 0}, QJsonArray {1e308, 1}}}}
+                                                        << 2 << 0.0 << 0.0;
 }
 
 void TestControllerSimulator::computeCurve()
@@ -713,6 +731,39 @@ void TestControllerSimulator::addCurrentPoint()
     ControllerSimulator sim(dir.path());
     QCOMPARE(sim.addCurrentPoint(name, overwrite, tool, "wobj0"), accepted);
     QCOMPARE(sim.getPointNameList().size(), pointCount);
+}
+
+void TestControllerSimulator::lists_data()
+{
+    QTest::addColumn<int>("portsPerType");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<QStringList>("expected");
+
+    QStringList outputs;
+    for (int i = 1; i <= 32; ++i)
+        outputs.append(QStringLiteral("DO%1").arg(i));
+    QTest::newRow("default digital outputs") << -1 << "DO" << true << outputs;
+    QTest::newRow("uniform group inputs") << 3 << "GI" << true << QStringList {"GI1", "GI2", "GI3"};
+    QTest::newRow("unknown type") << 3 << "XO" << true << QStringList {};
+    QTest::newRow("no ports") << 0 << "AO" << true << QStringList {};
+    QTest::newRow("disconnected") << 3 << "DI" << false << QStringList {};
+}
+
+void TestControllerSimulator::lists()
+{
+    QFETCH(int, portsPerType);
+    QFETCH(QString, type);
+    QFETCH(bool, connected);
+    QFETCH(QStringList, expected);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    if (portsPerType >= 0)
+        sim.setIoLayout(kelcontroller::IoLayout::uniform(portsPerType));
+    sim.setConnected(connected);
+    QCOMPARE(sim.getIOByType(type), expected);
+    QCOMPARE(sim.getRegisterHash().value("R").size(), connected ? 32 : 0);
 }
 
 QTEST_GUILESS_MAIN(TestControllerSimulator)

@@ -44,13 +44,14 @@ bool CurveFit::fit(const QJsonArray &nodes)
         sxx += dx * dx;
         sxy += dx * (row.at(1).toDouble() - meanY);
     }
-    if (!(sxx > 0.0) || !std::isfinite(sxx) || !std::isfinite(sxy)) {
+    if (sxx == 0.0) {
         m_error = QStringLiteral("the raw values must not all be equal");
         return false;
     }
     m_slope = sxy / sxx;
     m_intercept = meanY - m_slope * meanX;
-    if (!std::isfinite(m_slope) || !std::isfinite(m_intercept)) {
+    // Values near the limits of a double overflow the sums instead of giving a line.
+    if (!std::isfinite(sxx) || !std::isfinite(m_slope) || !std::isfinite(m_intercept)) {
         m_slope = m_intercept = 0.0;
         m_error = QStringLiteral("the nodes give no finite line");
         return false;
