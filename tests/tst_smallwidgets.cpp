@@ -53,6 +53,7 @@ private slots:
 
     void hostedWidgetStaysInItsSection_data();
     void hostedWidgetStaysInItsSection();
+    void hostingSectionPaintsNoText();
     void hostedWidgetDeletedElsewhereIsForgotten();
     void replacingAndTakingSectionWidgets();
 
@@ -158,6 +159,35 @@ void TestSmallWidgets::hostedWidgetStaysInItsSection()
                        .arg(QString::number(geometry.x()) + ',' + QString::number(geometry.width()),
                            QString::number(section.x()) + ',' + QString::number(section.width()))));
     QCOMPARE(geometry.size(), QSize(50, 25).boundedTo(section.size()));
+}
+
+void TestSmallWidgets::hostingSectionPaintsNoText()
+{
+    QTableWidget table(2, 4);
+    auto *header = new HeaderWidgetView(Qt::Horizontal, &table);
+    table.setHorizontalHeader(header);
+    for (int column = 0; column < table.columnCount(); ++column)
+        table.setHorizontalHeaderItem(column, new QTableWidgetItem(QStringLiteral("WWWW")));
+    header->setSectionWidget(2, new FixedHintWidget);
+    table.resize(500, 200);
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+
+    // The header alone, without the hosted widget on top.
+    QImage image(header->viewport()->size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    header->viewport()->render(&image, QPoint(), QRegion(), QWidget::DrawWindowBackground);
+    const auto darkPixels = [&image, header](int section) {
+        const QRect rect(header->sectionViewportPosition(section) + 3, 2,
+            header->sectionSize(section) - 6, image.height() - 4);
+        int dark = 0;
+        for (int y = rect.top(); y <= rect.bottom(); ++y)
+            for (int x = rect.left(); x <= rect.right(); ++x)
+                dark += qGray(image.pixel(x, y)) < 100 ? 1 : 0;
+        return dark;
+    };
+    QVERIFY(darkPixels(1) > 0);
+    QCOMPARE(darkPixels(2), 0);
 }
 
 void TestSmallWidgets::hostedWidgetDeletedElsewhereIsForgotten()
