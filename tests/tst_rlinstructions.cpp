@@ -129,6 +129,7 @@ void TestRlInstructions::skeletonsAndDefaults_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("skeleton");
     QTest::addColumn<QString>("defaultText");
+    QTest::addColumn<QString>("description");
 
     QStringList data;
     for (int i = 1; i <= 30; ++i)
@@ -139,24 +140,30 @@ void TestRlInstructions::skeletonsAndDefaults_data()
 
     QTest::newRow("LaserOn") << "LaserOn"
                              << "LaserOn($Sched:#cmb#" + data.join('/') + "#true$);"
-                             << "LaserOn(\"LsData1\");";
+                             << "LaserOn(\"LsData1\");"
+                             << "LaserOn Perform a weld start";
     QTest::newRow("LaserOff without field") << "LaserOff"
                                             << "LaserOff();"
-                                            << "LaserOff;";
+                                            << "LaserOff;"
+                                            << "Perform LaserOff welding shutdown";
     QTest::newRow("LsWireBwd speed then time")
         << "LsWireBwd"
         << "LsWireBwd($Wire feed back speed [1-100](mm/s):#spn#1,100#true$, $Wire feed back time "
            "[1-10000](ms):#spn#1,10000#true$);"
-        << "LsWireBwd(50,1000);";
+        << "LsWireBwd(50,1000);"
+        << "Retract the wire backward at the specified speed for the specified duration.";
     QTest::newRow("LsParaMatch") << "LsParaMatch"
                                  << "LsParaMatch($Sched:#cmb#" + power.join('/') + "#true$);"
-                                 << "LsParaMatch(\"PowerData1\");";
+                                 << "LsParaMatch(\"PowerData1\");"
+                                 << "Parameter matching function enabled.";
     QTest::newRow("LsParaSet") << "LsParaSet"
                                << "LsParaSet;"
-                               << "LsParaSet(\"LsData1\");";
+                               << "LsParaSet(\"LsData1\");"
+                               << "Perform LsParaSet switching welding parameters during welding";
     QTest::newRow("LsMoveCF") << "LsMoveCF"
                               << "LsMoveCF;"
-                              << "LsMoveCF;";
+                              << "LsMoveCF;"
+                              << "Laser welding motion instruction";
 }
 
 void TestRlInstructions::skeletonsAndDefaults()
@@ -164,11 +171,13 @@ void TestRlInstructions::skeletonsAndDefaults()
     QFETCH(QString, name);
     QFETCH(QString, skeleton);
     QFETCH(QString, defaultText);
+    QFETCH(QString, description);
     RlLaserWeldDefine define;
     const kelplugin::RLInstruction *ins = kelplugin::rlCatalog().instruction(name);
     QVERIFY(ins);
     QCOMPARE(ins->skeleton, skeleton);
     QCOMPARE(ins->defaultText, defaultText);
+    QCOMPARE(ins->description, description);
     QCOMPARE(ins->groupKey, QStringLiteral("LaserWeld"));
 }
 
