@@ -126,6 +126,10 @@ void TestProgramEditor::skeletonFormText_data()
         << sched << "LaserOn(\"LsData9\");" << false << "LaserOn(\"LsData1\");";
     QTest::newRow("unknown kind is free text") << "Wait($s:#txt#-#true$);"
                                                << "Wait( 2.5 );" << true << "Wait(2.5);";
+    // Refusing this line used to take seconds: the match tried every split of the blanks.
+    QTest::newRow("long run of blanks is refused")
+        << wire << "LsWireFwd(" + QString(200000, QLatin1Char(' ')) + "x" << false
+        << "LsWireFwd(1, 1);";
     QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
                                         << "f(-2147483648);" << true << "f(-2147483648);";
 }

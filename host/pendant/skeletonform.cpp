@@ -25,7 +25,7 @@ QString literalPattern(const QString &literal)
         if (c.isLetterOrNumber() || c == QLatin1Char('_'))
             pattern += escaped;
         else
-            pattern += QStringLiteral("\\s*") + escaped + QStringLiteral("\\s*");
+            pattern += QStringLiteral("\\s*+") + escaped + QStringLiteral("\\s*+");
     }
     return pattern;
 }
@@ -139,10 +139,16 @@ QString SkeletonForm::text() const
 
 bool SkeletonForm::setText(const QString &line)
 {
-    QString pattern = QStringLiteral("^\\s*");
+    QString pattern = QStringLiteral("^\\s*+");
     for (const Piece &piece : qAsConst(m_pieces))
-        pattern += piece.isField ? QStringLiteral("(.*?)\\s*") : literalPattern(piece.literal);
+        pattern += piece.isField ? QStringLiteral("\\s*+(\\S(?:.*?\\S)?)?\\s*+")
+                                 : literalPattern(piece.literal);
     pattern += QStringLiteral("(?://.*)?$");
+    // Blanks are taken whole and values neither start nor end in one, so a failing match does
+    // not try every way to split a long run of blanks.
+    const QString blanks = QStringLiteral("\\s*+");
+    while (pattern.contains(blanks + blanks))
+        pattern.replace(blanks + blanks, blanks);
     const QRegularExpressionMatch match = QRegularExpression(pattern).match(line);
     if (!match.hasMatch())
         return false;

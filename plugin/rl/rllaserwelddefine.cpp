@@ -20,9 +20,29 @@ QString quotedItems(const QString &prefix, int count)
     return items.join(QLatin1Char('/'));
 }
 
+// One combo box field choosing a quoted data set name: "LaserOn($Sched:#cmb#...#true$);".
+QString dataSetSkeleton(
+    const QString &name, const QString &caption, const QString &prefix, int count)
+{
+    return QStringLiteral("%1($%2#cmb#%3#true$);").arg(name, caption, quotedItems(prefix, count));
+}
+
+QString wireSkeleton(const QString &name, const QString &speedCaption, const QString &timeCaption)
+{
+    return QStringLiteral("%1($%2#spn#1,100#true$, $%3#spn#1,10000#true$);")
+        .arg(name, speedCaption, timeCaption);
+}
+
 QString nameOnlyPattern(const QString &name)
 {
     return QStringLiteral("^\\s*%1\\s*(?://.*)?$").arg(name);
+}
+
+// The lowercase "%l" is no place marker: it stays in the pattern as written, so the pattern
+// accepts exactly that text between the quotes.
+QString dataSetPattern(const QString &name)
+{
+    return QStringLiteral("^\\s*%1\\(\\s*\\\"(%l)\\\"\\s*\\);\\s*(?://.*)?$").arg(name);
 }
 
 QString wirePattern(const QString &name)
@@ -44,13 +64,9 @@ RlLaserWeldDefine::RlLaserWeldDefine(QObject *parent)
     m_manager->createGroups(tr("Laser Weld Ins"), kGroupKey);
 
     const QString sched = tr("Sched:");
-    // The weld data patterns keep their lowercase "%l": it is no place marker, so they are
-    // registered as written and accept exactly that text between the quotes.
     registerInstruction(QStringLiteral("LaserOn"),
-        QStringLiteral("LaserOn($%1#cmb#%2#true$);")
-            .arg(sched, quotedItems(QStringLiteral("LsData"), 30)),
-        tr("LaserOn Perform a weld start"),
-        QStringLiteral("^\\s*LaserOn\\(\\s*\\\"(%l)\\\"\\s*\\);\\s*(?://.*)?$"),
+        dataSetSkeleton(QStringLiteral("LaserOn"), sched, QStringLiteral("LsData"), 30),
+        tr("LaserOn Perform a weld start"), dataSetPattern(QStringLiteral("LaserOn")),
         QStringLiteral("LaserOn(\"LsData1\");"));
     registerInstruction(QStringLiteral("LaserOff"), QStringLiteral("LaserOff();"),
         tr("Perform LaserOff welding shutdown"), nameOnlyPattern(QStringLiteral("LaserOff")),
@@ -59,21 +75,18 @@ RlLaserWeldDefine::RlLaserWeldDefine(QObject *parent)
         tr("Perform LsParaSet switching welding parameters during welding"),
         nameOnlyPattern(QStringLiteral("LsParaSet")), QStringLiteral("LsParaSet(\"LsData1\");"));
     registerInstruction(QStringLiteral("LsWireFwd"),
-        QStringLiteral("LsWireFwd($%1#spn#1,100#true$, $%2#spn#1,10000#true$);")
-            .arg(tr("Wire feed speed [1-100](mm/s):"), tr("Wire feed time [1-10000](ms):")),
+        wireSkeleton(QStringLiteral("LsWireFwd"), tr("Wire feed speed [1-100](mm/s):"),
+            tr("Wire feed time [1-10000](ms):")),
         tr("Feed the wire forward at the specified speed for the specified duration."),
         wirePattern(QStringLiteral("LsWireFwd")), QStringLiteral("LsWireFwd(50,1000);"));
     registerInstruction(QStringLiteral("LsWireBwd"),
-        QStringLiteral("LsWireBwd($%1#spn#1,100#true$, $%2#spn#1,10000#true$);")
-            .arg(tr("Wire feed back speed [1-100](mm/s):"),
-                tr("Wire feed back time [1-10000](ms):")),
+        wireSkeleton(QStringLiteral("LsWireBwd"), tr("Wire feed back speed [1-100](mm/s):"),
+            tr("Wire feed back time [1-10000](ms):")),
         tr("Retract the wire backward at the specified speed for the specified duration."),
         wirePattern(QStringLiteral("LsWireBwd")), QStringLiteral("LsWireBwd(50,1000);"));
     registerInstruction(QStringLiteral("LsParaMatch"),
-        QStringLiteral("LsParaMatch($%1#cmb#%2#true$);")
-            .arg(sched, quotedItems(QStringLiteral("PowerData"), 10)),
-        tr("Parameter matching function enabled."),
-        QStringLiteral("^\\s*LsParaMatch\\(\\s*\\\"(%l)\\\"\\s*\\);\\s*(?://.*)?$"),
+        dataSetSkeleton(QStringLiteral("LsParaMatch"), sched, QStringLiteral("PowerData"), 10),
+        tr("Parameter matching function enabled."), dataSetPattern(QStringLiteral("LsParaMatch")),
         QStringLiteral("LsParaMatch(\"PowerData1\");"));
     registerInstruction(QStringLiteral("LsParaMatchOff"), QStringLiteral("LsParaMatchOff();"),
         tr("Parameter matching function is turned off."),
