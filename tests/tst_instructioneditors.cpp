@@ -2,6 +2,7 @@
 #include "rl/wmovecfinsertwidget.h"
 #include "rl/wmovecinsertwidget.h"
 #include "rl/wmovelinsertwidget.h"
+#include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
 
@@ -27,6 +28,7 @@ private slots:
     void emptyHostListsStillGiveALine();
     void userChoiceAnnouncesTheText();
     void addCurrentPositionTeachesTheNextFreePoint();
+    void refusedCurrentPositionIsReported();
 
 private:
     static std::unique_ptr<kelplugin::RLContentBase> makeEditor(const QString &name);
@@ -207,6 +209,25 @@ void TestInstructionEditors::addCurrentPositionTeachesTheNextFreePoint()
     QCOMPARE(controller.points.last(), QStringLiteral("p2"));
     QCOMPARE(
         editor.instructionText(), QStringLiteral("LsMoveC(p1, p2, v100, fine, tool0, wobj0);"));
+}
+
+void TestInstructionEditors::refusedCurrentPositionIsReported()
+{
+    struct RefusingController : ScriptedController
+    {
+        bool addCurrentPoint(const QString &, bool, const QString &, const QString &) override
+        {
+            return false;
+        }
+    } controller;
+    RecordingShell shell;
+    kelplugin::WMoveLInsertWidget editor(QStringLiteral("LsMoveL"));
+    const QString before = editor.instructionText();
+
+    editor.findChild<QPushButton *>(QStringLiteral("pushButton_add_point"))->click();
+    QCOMPARE(editor.instructionText(), before);
+    QCOMPARE(
+        shell.messageTexts(2), QStringList {QStringLiteral("Failed to add the current position.")});
 }
 
 QTEST_MAIN(TestInstructionEditors)
