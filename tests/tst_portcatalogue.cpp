@@ -47,8 +47,8 @@ QString randomName(QRandomGenerator &random, bool withOverlongRuns)
 {
     static const QString pieces[]
         = {QStringLiteral("DO"), QStringLiteral("do"), QStringLiteral("GI"), QStringLiteral("A"),
-            QStringLiteral("_"), QStringLiteral("."), QStringLiteral(" "), QStringLiteral("0"),
-            QStringLiteral("007"), QStringLiteral("2"), QStringLiteral("10"),
+            QStringLiteral("Board"), QStringLiteral("_"), QStringLiteral("."), QStringLiteral(" "),
+            QStringLiteral("0"), QStringLiteral("007"), QStringLiteral("2"), QStringLiteral("10"),
             QStringLiteral("2147483647"), QString(QChar(0x0663)), QString(QChar(0xE9))};
     static const QString overlong[] = {QStringLiteral("2147483648"), QStringLiteral("15000000000"),
         QStringLiteral("99999999999"), QStringLiteral("000000000000000000001")};
@@ -135,6 +135,9 @@ void TestPortCatalogue::sortedOrder_data()
     QTest::newRow("one name unchanged") << QStringList {"do_X"} << QStringList {"do_X"};
     QTest::newRow("mixed digital outputs") << QStringList {"DO10", "do1", "DO10A", "DO2", "DO1",
         "AO3"} << QStringList {"AO3", "DO1", "DO2", "DO10", "DO10A", "do1"};
+    QTest::newRow("letter runs longer than eight letters")
+        << QStringList {"EXTERNALB2", "EXTERNALA10", "EXTERNAL", "EXTERNALA9", "EXTERNALa1"}
+        << QStringList {"EXTERNAL", "EXTERNALA9", "EXTERNALA10", "EXTERNALB2", "EXTERNALa1"};
     QTest::newRow("group ports with numbers inside") << QStringList {
         "GO1_10", "GO1_9", "GO2_1", "GO"} << QStringList {"GO", "GO1_9", "GO1_10", "GO2_1"};
 }

@@ -15,7 +15,20 @@ struct Token
     int number;
     int start;
     int length;
+    // Numbers: the value. Letter runs: the first eight letters packed big-endian, which orders
+    // like the text and always above any int, since every letter is above 0x40.
+    quint64 key;
 };
+
+const int kPackedLetters = 8;
+
+quint64 packLetters(const QChar *letters, int length)
+{
+    quint64 key = 0;
+    for (int k = 0; k < kPackedLetters; ++k)
+        key = (key << 8) | (k < length ? letters[k].unicode() : 0u);
+    return key;
+}
 
 // Every name's tokens, computed once per sort: the comparison then only reads them.
 class TokenTable
@@ -39,6 +52,30 @@ public:
     bool hasDigitText() const { return m_digitText; }
 
     bool less(int a, int b) const { return compare(a, b) < 0; }
+
+    // The same order as compare() for tables without digit text, on integers alone but for
+    // letter runs longer than the packed part.
+    bool lessFast(int a, int b) const
+    {
+        const Token *ta = m_tokens.data() + m_first[a];
+        const Token *tb = m_tokens.data() + m_first[b];
+        const int countA = m_first[a + 1] - m_first[a];
+        const int countB = m_first[b + 1] - m_first[b];
+        const int shared = std::min(countA, countB);
+        for (int i = 0; i < shared; ++i) {
+            if (ta[i].key != tb[i].key)
+                return ta[i].key < tb[i].key;
+            if (!ta[i].isNumber
+                && (ta[i].length > kPackedLetters || tb[i].length > kPackedLetters)) {
+                const int c = QStringView(m_names[a] + ta[i].start, ta[i].length)
+                                  .compare(QStringView(m_names[b] + tb[i].start, tb[i].length),
+                                      Qt::CaseSensitive);
+                if (c != 0)
+                    return c < 0;
+            }
+        }
+        return countA < countB;
+    }
 
     int compare(int a, int b) const
     {
@@ -70,13 +107,13 @@ private:
             if (isAsciiLetter(c)) {
                 while (j < n && isAsciiLetter(d[j].unicode()))
                     ++j;
-                m_tokens.push_back({false, 0, i, j - i});
+                m_tokens.push_back({false, 0, i, j - i, packLetters(d + i, j - i)});
             } else if (d[i].isDigit()) {
                 while (j < n && d[j].isDigit())
                     ++j;
                 bool ok = false;
                 const int value = toInt(name, i, j - i, &ok);
-                m_tokens.push_back({ok, ok ? value : 0, i, j - i});
+                m_tokens.push_back({ok, ok ? value : 0, i, j - i, ok ? quint64(value) : 0u});
                 if (!ok)
                     m_digitText = true;
             }
@@ -202,7 +239,8 @@ QStringList PortCatalogue::sorted(const QStringList &names)
     if (table.hasDigitText())
         mergeSort(order, less);
     else
-        std::sort(order.begin(), order.end(), less);
+        std::sort(
+            order.begin(), order.end(), [&table](int a, int b) { return table.lessFast(a, b); });
     QStringList result;
     result.reserve(names.size());
     for (const int index : order)
