@@ -202,7 +202,8 @@ void WeldSettingPage::showEvent(QShowEvent *event)
         = kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("weld_setting_config"));
     if (settings.isObject())
         loadRecord(settings.toObject());
-    // The restart fields stay editable whatever their switch says; operators rely on it.
+    // On show the restart fields open whatever their switch says; only a change of the switch
+    // closes them again.
     m_ui.doubleSpinBox_retraction_distance->setEnabled(true);
     m_ui.doubleSpinBox_retraction_speed->setEnabled(true);
     setFeederPlanStatus(m_ui.pushButton_Feeder->isOn());
