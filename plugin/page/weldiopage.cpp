@@ -137,7 +137,7 @@ void WeldioPage::addFixedRow(const char *portKey, const char *enableKey, bool ou
     const QString fixedType = output ? QStringLiteral("DO") : QStringLiteral("DI");
     m_rows.push_back({QLatin1String(portKey), QString(),
         enableKey ? QString(QLatin1String(enableKey)) : QString(), output, fixedType, QString(),
-        QString(), caption, kind, port, nullptr, enable, slot});
+        QString(), caption, kind, port, nullptr, enable, slot, QStringList()});
 }
 
 void WeldioPage::addSelectorRow(const char *base, bool output, QLabel *caption, QComboBox *type,
@@ -148,7 +148,7 @@ void WeldioPage::addSelectorRow(const char *base, bool output, QLabel *caption, 
         name + QLatin1String("_enabled"), output, QString(),
         output ? QStringLiteral("AO") : QStringLiteral("AI"),
         output ? QStringLiteral("GO") : QStringLiteral("GI"), caption, type, port, type, enable,
-        slot});
+        slot, QStringList()});
 }
 
 void WeldioPage::initStyle()
@@ -192,7 +192,10 @@ void WeldioPage::loadRecord(const QJsonObject &record)
     for (const Row &row : m_rows) {
         if (row.type)
             row.type->setCurrentIndex(record.value(row.typeKey).toInt());
-        row.port->setCurrentText(record.value(row.portKey).toString());
+        // As QComboBox::setCurrentText: an unknown name leaves the selection alone.
+        const int port = row.items.indexOf(record.value(row.portKey).toString());
+        if (port >= 0)
+            row.port->setCurrentIndex(port);
         if (row.enable)
             row.enable->setOn(record.value(row.enableKey).toBool(false), true);
     }
@@ -240,20 +243,25 @@ QString WeldioPage::rowPortType(const Row &row, int typeIndex) const
 void WeldioPage::fillPortLists()
 {
     // One insertion per drop-down: the empty "no port" item and the whole list together.
-    for (const Row &row : m_rows) {
+    for (Row &row : m_rows) {
         QStringList items = portList(rowPortType(row, row.type ? row.type->currentIndex() : 0));
         items.prepend(QString());
-        row.port->clear();
-        row.port->addItems(items);
+        fillPort(row, items);
         row.port->setMaxVisibleItems(kVisibleItems);
     }
 }
 
-void WeldioPage::refillForType(const Row &row, int typeIndex)
+void WeldioPage::fillPort(Row &row, const QStringList &items)
+{
+    row.items = items;
+    row.port->clear();
+    row.port->addItems(items);
+}
+
+void WeldioPage::refillForType(Row &row, int typeIndex)
 {
     // No empty item here: after a type change the row always has a port.
-    row.port->clear();
-    row.port->addItems(portList(rowPortType(row, typeIndex)));
+    fillPort(row, portList(rowPortType(row, typeIndex)));
 }
 
 void WeldioPage::applySwitches()

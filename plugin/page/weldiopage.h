@@ -82,6 +82,8 @@ private:
         QComboBox *type;
         SwitchButton *enable;
         RowSlot slot;
+        // What the port drop-down holds, to find a port without asking the item model.
+        QStringList items;
     };
 
     void addFixedRow(const char *portKey, const char *enableKey, bool output, QLabel *caption,
@@ -93,7 +95,8 @@ private:
     QStringList portList(const QString &type);
     QString rowPortType(const Row &row, int typeIndex) const;
     void fillPortLists();
-    void refillForType(const Row &row, int typeIndex);
+    void fillPort(Row &row, const QStringList &items);
+    void refillForType(Row &row, int typeIndex);
     void applySwitches();
     void applyEditLock();
 
