@@ -2,6 +2,7 @@
 #include "page/weldsettingpage.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
@@ -180,28 +181,43 @@ void TestWeldioPage::saveResult_data()
 {
     QTest::addColumn<QJsonArray>("reply");
     QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QString>("logged");
 
     QTest::newRow("return 0") << ScriptedController::reply("set_weld_io_config", 0)
-                              << QStringList {"Saved successfully"};
-    QTest::newRow("return 3") << ScriptedController::reply("set_weld_io_config",
-        3) << QStringList {"Save failed. Please check the parameter configuration."};
+                              << QStringList {"Saved successfully"} << QString();
+    QTest::newRow("return 3")
+        << ScriptedController::reply("set_weld_io_config", 3)
+        << QStringList {"Save failed. Please check the parameter "
+                        "configuration."}
+        << "WeldioPage::checkSaveResult failed.  set_weld_io_config  Result: 3";
     QTest::newRow("entry not first") << QJsonArray {QJsonObject {{"other", 1}},
         ScriptedController::reply("set_weld_io_config", 0).first()}
-                                     << QStringList {"Saved successfully"};
-    QTest::newRow("empty reply shows nothing") << QJsonArray() << QStringList();
+                                     << QStringList {"Saved successfully"} << QString();
+    QTest::newRow("empty reply shows nothing")
+        << QJsonArray() << QStringList()
+        << "WeldioPage::checkSaveResult failed. not found  set_weld_io_config  Result";
 }
 
 void TestWeldioPage::saveResult()
 {
     QFETCH(QJsonArray, reply);
     QFETCH(QStringList, messages);
+    QFETCH(QString, logged);
 
     WeldSettingPage settings;
     WeldioPage page(&settings);
     page.show();
+    testenv::resetLogFile();
     m_controller->queueReply(reply);
     page.findChild<QPushButton *>("pushButton_Save")->click();
     QCOMPARE(m_shell->messageTexts(), messages);
+    const QStringList lines = testenv::logLines();
+    if (logged.isEmpty()) {
+        QVERIFY(lines.isEmpty());
+    } else {
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines.first().contains(logged), qPrintable(lines.first()));
+    }
 }
 
 void TestWeldioPage::showFillsEveryPortListWithAnEmptyFirstItem()
