@@ -2,10 +2,604 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>CustomChart</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+</context>
+<context>
+    <name>LaserTrackingPage</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+</context>
+<context>
+    <name>LaserWeldPage</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>标题</translation>
+    </message>
+    <message>
+        <source>Parmeter Setting</source>
+        <translation>参数设置</translation>
+    </message>
+    <message>
+        <source>Weld Setup</source>
+        <translation>焊接设置</translation>
+    </message>
+    <message>
+        <source>Soldering I/O</source>
+        <translation>焊接 I/O</translation>
+    </message>
+    <message>
+        <source>Weld I/O</source>
+        <translation>焊接 I/O</translation>
+    </message>
+    <message>
+        <source>Characteristic curves</source>
+        <translation>特性曲线</translation>
+    </message>
+    <message>
+        <source>Char. Curve</source>
+        <translation>特性曲线</translation>
+    </message>
+    <message>
+        <source>Welding Parameters</source>
+        <translation>焊接参数</translation>
+    </message>
+    <message>
+        <source>Weld Data</source>
+        <translation>焊接数据</translation>
+    </message>
+    <message>
+        <source>Laser Tracking</source>
+        <translation>激光跟踪</translation>
+    </message>
+</context>
+<context>
+    <name>MotionParameters</name>
+    <message>
+        <source>Speed:</source>
+        <translation>速度：</translation>
+    </message>
+    <message>
+        <source>Zone:</source>
+        <translation>转弯区：</translation>
+    </message>
+    <message>
+        <source>Tool:</source>
+        <translation>工具：</translation>
+    </message>
+    <message>
+        <source>Work object:</source>
+        <translation>工件坐标：</translation>
+    </message>
+</context>
+<context>
+    <name>RLParaSetInsertWidget</name>
+    <message>
+        <source>Weld data:</source>
+        <translation>焊接数据：</translation>
+    </message>
+</context>
+<context>
+    <name>RlLaserWeldDefine</name>
+    <message>
+        <source>Laser Weld Ins</source>
+        <translation>激光焊接指令</translation>
+    </message>
+    <message>
+        <source>Sched:</source>
+        <translation>焊接数据:</translation>
+    </message>
+    <message>
+        <source>LaserOn Perform a weld start</source>
+        <translation>LaserOn 开始激光焊接</translation>
+    </message>
+    <message>
+        <source>Perform LaserOff welding shutdown</source>
+        <translation>LaserOff 结束激光焊接</translation>
+    </message>
+    <message>
+        <source>Perform LsParaSet switching welding parameters during welding</source>
+        <translation>LsParaSet 焊接过程中切换焊接参数</translation>
+    </message>
+    <message>
+        <source>Wire feed speed [1-100](mm/s):</source>
+        <translation>送丝速度 [1-100](mm/s):</translation>
+    </message>
+    <message>
+        <source>Wire feed time [1-10000](ms):</source>
+        <translation>送丝时间 [1-10000](ms):</translation>
+    </message>
+    <message>
+        <source>Feed the wire forward at the specified speed for the specified duration.</source>
+        <translation>按指定速度向前送丝指定时长。</translation>
+    </message>
+    <message>
+        <source>Wire feed back speed [1-100](mm/s):</source>
+        <translation>退丝速度 [1-100](mm/s):</translation>
+    </message>
+    <message>
+        <source>Wire feed back time [1-10000](ms):</source>
+        <translation>退丝时间 [1-10000](ms):</translation>
+    </message>
+    <message>
+        <source>Retract the wire backward at the specified speed for the specified duration.</source>
+        <translation>按指定速度向后退丝指定时长。</translation>
+    </message>
+    <message>
+        <source>Parameter matching function enabled.</source>
+        <translation>开启参数匹配功能。</translation>
+    </message>
+    <message>
+        <source>Parameter matching function is turned off.</source>
+        <translation>关闭参数匹配功能。</translation>
+    </message>
+    <message>
+        <source>Laser welding motion instruction</source>
+        <translation>激光焊接运动指令</translation>
+    </message>
+</context>
+<context>
+    <name>ShowStatusBar</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+</context>
+<context>
+    <name>TargetPointChooser</name>
+    <message>
+        <source>Point:</source>
+        <translation>点位：</translation>
+    </message>
+    <message>
+        <source>Add current position</source>
+        <translation>添加当前位置</translation>
+    </message>
+    <message>
+        <source>Offset:</source>
+        <translation>偏移：</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+</context>
+<context>
+    <name>WMoveCFInsertWidget</name>
+    <message>
+        <source>Circle point</source>
+        <translation>圆弧中间点</translation>
+    </message>
+    <message>
+        <source>End point</source>
+        <translation>终点</translation>
+    </message>
+    <message>
+        <source>Motion</source>
+        <translation>运动参数</translation>
+    </message>
+</context>
+<context>
+    <name>WMoveCInsertWidget</name>
+    <message>
+        <source>Circle point</source>
+        <translation>圆弧中间点</translation>
+    </message>
+    <message>
+        <source>End point</source>
+        <translation>终点</translation>
+    </message>
+    <message>
+        <source>Motion</source>
+        <translation>运动参数</translation>
+    </message>
+</context>
+<context>
+    <name>WMoveLInsertWidget</name>
+    <message>
+        <source>Target point</source>
+        <translation>目标点</translation>
+    </message>
+    <message>
+        <source>Motion</source>
+        <translation>运动参数</translation>
+    </message>
+</context>
+<context>
+    <name>WeldSettingPage</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>Enable:</source>
+        <translation>启用：</translation>
+    </message>
+    <message>
+        <source>Laser unit</source>
+        <translation>激光器</translation>
+    </message>
+    <message>
+        <source>Communication mode</source>
+        <translation>通信方式</translation>
+    </message>
+    <message>
+        <source>Analogue</source>
+        <translation>模拟量</translation>
+    </message>
+    <message>
+        <source>Bus</source>
+        <translation>总线</translation>
+    </message>
+    <message>
+        <source>Laser power (W)</source>
+        <translation>激光功率 (W)</translation>
+    </message>
+    <message>
+        <source>Laser detect time (ms)</source>
+        <translation>出光检测时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Laser check out time (ms)</source>
+        <translation>出光检查时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Assist Gas</source>
+        <translation>保护气</translation>
+    </message>
+    <message>
+        <source>Gas on advance time (ms)</source>
+        <translation>提前送气时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Gas off delay time (ms)</source>
+        <translation>滞后关气时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Gas detect  time (ms)</source>
+        <translation>气体检测时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Gas purge time (ms)</source>
+        <translation>吹气时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Restart function</source>
+        <translation>重启功能</translation>
+    </message>
+    <message>
+        <source>Overlap Distance (mm)</source>
+        <translation>搭接距离 (mm)</translation>
+    </message>
+    <message>
+        <source>Return speed (mm/s)</source>
+        <translation>回退速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Wire Feeder</source>
+        <translation>送丝机</translation>
+    </message>
+    <message>
+        <source>ProcessID</source>
+        <translation>工艺号</translation>
+    </message>
+    <message>
+        <source>Feeding mode</source>
+        <translation>送丝方式</translation>
+    </message>
+    <message>
+        <source>Wire Feeding + Retraction</source>
+        <translation>送丝 + 退丝</translation>
+    </message>
+    <message>
+        <source>Wire Feeding + Direction</source>
+        <translation>送丝 + 方向</translation>
+    </message>
+    <message>
+        <source>Max. speed (mm/s)</source>
+        <translation>最大速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Manual feed forward speed (mm/s)</source>
+        <translation>手动送丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Manual feed backward speed (mm/s)</source>
+        <translation>手动退丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Wire feed check time (ms)</source>
+        <translation>送丝检测时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Wire stick detect function</source>
+        <translation>粘丝检测功能</translation>
+    </message>
+    <message>
+        <source>Detect duration (ms)</source>
+        <translation>检测时长 (ms)</translation>
+    </message>
+    <message>
+        <source>Trigger signal | DO</source>
+        <translation>触发信号 | DO</translation>
+    </message>
+    <message>
+        <source>Wire stick FBK| DI</source>
+        <translation>粘丝反馈 | DI</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Saved successfully</source>
+        <translation>保存成功</translation>
+    </message>
+    <message>
+        <source>Save failed. Please check the parameter configuration.</source>
+        <translation>保存失败，请检查参数配置。</translation>
+    </message>
+    <message>
+        <source>The detected time of the light output is later than the light output inspection time; saving failed!</source>
+        <translation>出光检测时间小于出光检查时间，保存失败！</translation>
+    </message>
+    <message>
+        <source>Cancel successful</source>
+        <translation>取消成功</translation>
+    </message>
+    <message>
+        <source>Do not modify while powered on!</source>
+        <translation>上电状态下禁止修改！</translation>
+    </message>
+    <message>
+        <source>Laser weld startup faild!</source>
+        <translation>激光焊接启动失败！</translation>
+    </message>
+</context>
+<context>
+    <name>WeldioPage</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>I/O output</source>
+        <translation>I/O 输出</translation>
+    </message>
+    <message>
+        <source>NO.</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Assign</source>
+        <translation>分配端口</translation>
+    </message>
+    <message>
+        <source>ENB/DIS</source>
+        <translation>启用/禁用</translation>
+    </message>
+    <message>
+        <source>Laser on</source>
+        <translation>激光开启</translation>
+    </message>
+    <message>
+        <source>Power</source>
+        <translation>功率</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>Duty</source>
+        <translation>占空比</translation>
+    </message>
+    <message>
+        <source>Guide laser</source>
+        <translation>指示光</translation>
+    </message>
+    <message>
+        <source>Assist Gas</source>
+        <translation>保护气</translation>
+    </message>
+    <message>
+        <source>Wire speed</source>
+        <translation>送丝速度</translation>
+    </message>
+    <message>
+        <source>Wire feed on</source>
+        <translation>送丝开启</translation>
+    </message>
+    <message>
+        <source>Wire back feed</source>
+        <translation>退丝</translation>
+    </message>
+    <message>
+        <source>Manual feed on</source>
+        <translation>手动送丝</translation>
+    </message>
+    <message>
+        <source>Manual feed BWD</source>
+        <translation>手动退丝</translation>
+    </message>
+    <message>
+        <source>Adhesion Detection Enable</source>
+        <translation>粘丝检测使能</translation>
+    </message>
+    <message>
+        <source>Descent signal</source>
+        <translation>下降信号</translation>
+    </message>
+    <message>
+        <source>I/O Input</source>
+        <translation>I/O 输入</translation>
+    </message>
+    <message>
+        <source>Laser power</source>
+        <translation>激光功率</translation>
+    </message>
+    <message>
+        <source>Laser feedback</source>
+        <translation>出光反馈</translation>
+    </message>
+    <message>
+        <source>Laser alarm</source>
+        <translation>激光器报警</translation>
+    </message>
+    <message>
+        <source>Gas detect</source>
+        <translation>保护气检测</translation>
+    </message>
+    <message>
+        <source>Wire speed feedback</source>
+        <translation>送丝速度反馈</translation>
+    </message>
+    <message>
+        <source>Wire feedback</source>
+        <translation>送丝反馈</translation>
+    </message>
+    <message>
+        <source>Wire feeder alarm</source>
+        <translation>送丝机报警</translation>
+    </message>
+    <message>
+        <source>Adhesion Detection Feedback</source>
+        <translation>粘丝检测反馈</translation>
+    </message>
+    <message>
+        <source>Welder Ready</source>
+        <translation>焊机就绪</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Saved successfully</source>
+        <translation>保存成功</translation>
+    </message>
+    <message>
+        <source>Save failed. Please check the parameter configuration.</source>
+        <translation>保存失败，请检查参数配置。</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>退丝方向</translation>
+    </message>
+    <message>
+        <source>Retract</source>
+        <translation>退丝</translation>
+    </message>
+    <message>
+        <source>Port %1 is already in use, save failed!</source>
+        <translation>端口 %1 已被占用，保存失败！</translation>
+    </message>
+    <message>
+        <source>There is an empty port. Please check and reconfigure!</source>
+        <translation>存在未分配的端口，请检查后重新配置！</translation>
+    </message>
+    <message>
+        <source>Cancel successful</source>
+        <translation>取消成功</translation>
+    </message>
+</context>
+<context>
+    <name>kelplugin::TargetPointChooser</name>
+    <message>
+        <source>Failed to add the current position.</source>
+        <translation>添加当前位置失败。</translation>
+    </message>
+</context>
+<context>
     <name>kelplugin::kelLaserWeld</name>
     <message>
         <source>Laser Welding</source>
         <translation>激光焊接</translation>
+    </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
+    </message>
+    <message>
+        <source>Work mode</source>
+        <translation>工作模式</translation>
+    </message>
+    <message>
+        <source>Wiring</source>
+        <translation>送丝</translation>
+    </message>
+    <message>
+        <source>ProtectGas</source>
+        <translation>保护气</translation>
+    </message>
+    <message>
+        <source>Retract Wire</source>
+        <translation>退丝</translation>
+    </message>
+    <message>
+        <source>Red Light</source>
+        <translation>红光</translation>
+    </message>
+    <message>
+        <source>Open gas successfully</source>
+        <translation>开气成功</translation>
+    </message>
+    <message>
+        <source>Open gas failed. Please check logs.</source>
+        <translation>开气失败，请查看日志。</translation>
+    </message>
+    <message>
+        <source>Feed wire successfully</source>
+        <translation>送丝成功</translation>
+    </message>
+    <message>
+        <source>Feed wire failed. Please check logs.</source>
+        <translation>送丝失败，请查看日志。</translation>
+    </message>
+    <message>
+        <source>Retract wire successfully</source>
+        <translation>退丝成功</translation>
+    </message>
+    <message>
+        <source>Retract wire failed. Please check logs.</source>
+        <translation>退丝失败，请查看日志。</translation>
+    </message>
+    <message>
+        <source>Switch work mode failed</source>
+        <translation>切换工作模式失败</translation>
+    </message>
+    <message>
+        <source>Switch to VirtualWelding</source>
+        <translation>已切换到虚拟焊接</translation>
+    </message>
+    <message>
+        <source>Switch to RealWdlding</source>
+        <translation>已切换到实际焊接</translation>
     </message>
 </context>
 </TS>

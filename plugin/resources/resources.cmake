@@ -56,3 +56,11 @@ file(CONFIGURE OUTPUT ${KEL_RES_BIN}/kellaserweld_icons.qrc
 set_source_files_properties(${KEL_RES_BIN}/kellaserweld_icons.qrc PROPERTIES SKIP_AUTORCC ON)
 qt5_add_resources(KEL_ICON_RCC ${KEL_RES_BIN}/kellaserweld_icons.qrc)
 target_sources(kellaserweld_core PRIVATE ${KEL_ICON_RCC})
+
+# Refreshes the translation source from the plug-in's sources and forms; translate what it adds.
+add_custom_target(kel_update_translations
+    COMMAND Qt5::lupdate -no-obsolete -locations none -target-language zh_CN
+        ${CMAKE_CURRENT_SOURCE_DIR} -ts ${KEL_RES_DIR}/kellaserweld_cn.ts
+    WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
+    COMMENT "Updating the Chinese translation source"
+    VERBATIM)
