@@ -5,6 +5,7 @@
 
 #include "core/commandchannel.h"
 #include "core/logline.h"
+#include "core/styledescription.h"
 #include "widget/switchbutton.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -154,16 +155,8 @@ void WeldioPage::addSelectorRow(const char *base, bool output, QLabel *caption, 
 void WeldioPage::initStyle()
 {
     kellaser::logInfo() << "WeldioPage::initStyle";
-    const QString groupStyle = QStringLiteral(
-        "QGroupBox{margin-top:12px;margin-bottom:12px;padding-top:12px;height:36px;"
-        "font-weight:600;font-size:12pt;font-family:\"Segoe UI\";"
-        "border:1px solid gray;border-radius:10px;}");
-    m_ui.groupBox_output->setStyleSheet(groupStyle);
-    m_ui.groupBox_input->setStyleSheet(groupStyle);
-    setStyleSheet(QStringLiteral(
-        "QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
-        "QLabel{border:none;font-weight:400;font-size:10pt;font-family:\"Microsoft YaHei UI\";}"
-        "QLabel[type=\"title\"]{font-weight:600;font-size:12pt;}"));
+    // Group boxes, frames and labels take the common look of the plug-in's pages.
+    setStyleSheet(kellaser::StyleDescription::fromResource().styleSheet(objectName()));
 }
 
 void WeldioPage::checkSaveResult(const QJsonArray &result)

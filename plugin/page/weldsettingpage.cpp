@@ -3,6 +3,7 @@
 #include "portcatalogue.h"
 
 #include "core/commandchannel.h"
+#include "core/styledescription.h"
 #include "widget/switchbutton.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -80,10 +81,7 @@ WeldSettingPage::~WeldSettingPage() = default;
 
 void WeldSettingPage::initStyle()
 {
-    setStyleSheet(
-        QStringLiteral("QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
-                       "QLabel{border:none;font-size:10pt;font-family:\"Microsoft YaHei UI\";}"
-                       "QLabel[type=\"title\"]{font-weight:600;font-size:12pt;}"));
+    setStyleSheet(kellaser::StyleDescription::fromResource().styleSheet(objectName()));
 }
 
 void WeldSettingPage::checkSaveResult(const QJsonArray &result)
