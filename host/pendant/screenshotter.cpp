@@ -1,6 +1,8 @@
 #include "screenshotter.h"
 
 #include "pendantwindow.h"
+#include "programeditor.h"
+#include "skeletonform.h"
 
 #include "kelplugin/rlcatalog.h"
 #include "kelplugin/rlcontentbase.h"
@@ -9,6 +11,8 @@
 #include <QDialog>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QScrollArea>
+#include <QStackedWidget>
 #include <QTabWidget>
 #include <QToolButton>
 
@@ -21,6 +25,25 @@ QString fileSafe(QString name)
     static const QRegularExpression unsafe(QStringLiteral("[^A-Za-z0-9_.-]+"));
     name.replace(unsafe, QStringLiteral("_"));
     return name;
+}
+
+QWidget *findScrollAncestor(QWidget *widget, QWidget *stop)
+{
+    for (QWidget *w = widget->parentWidget(); w && w != stop; w = w->parentWidget()) {
+        if (qobject_cast<QScrollArea *>(w))
+            return w;
+    }
+    return nullptr;
+}
+
+// Object names, or class names, keep the file names the same in every language.
+QString pageName(const QWidget *page, const QToolButton *button)
+{
+    if (!page)
+        return button->text();
+    if (!page->objectName().isEmpty())
+        return page->objectName();
+    return QString::fromLatin1(page->metaObject()->className());
 }
 
 void settle()
@@ -52,8 +75,13 @@ QStringList Screenshotter::run()
         settle();
         const QString prefix
             = fileSafe(page->objectName().isEmpty() ? tabs->tabText(i) : page->objectName());
-        save(m_window, prefix);
-        shootPluginPages(page, prefix);
+        if (auto *editor = qobject_cast<ProgramEditor *>(page))
+            fillProgram(editor);
+        // A page with a navigation column is shot page by page instead.
+        if (!shootPluginPages(page, prefix)) {
+            save(page, prefix);
+            shootTabs(page, prefix);
+        }
         shootDialogs(page, prefix);
     }
     shootInstructionEditors();
@@ -63,23 +91,61 @@ QStringList Screenshotter::run()
 void Screenshotter::save(QWidget *widget, const QString &name)
 {
     const QString path = m_folder.filePath(fileSafe(name) + QStringLiteral(".png"));
-    if (widget->grab().save(path))
+    // Pages are flat colours and text: an indexed palette keeps the files small.
+    const QImage image = widget->grab().toImage().convertToFormat(
+        QImage::Format_Indexed8, Qt::ThresholdDither | Qt::AvoidDither);
+    if (image.save(path, "PNG", 0))
         m_written.append(path);
     else
         m_errors.append(QStringLiteral("cannot write %1").arg(path));
 }
 
-void Screenshotter::shootPluginPages(QWidget *centre, const QString &prefix)
+bool Screenshotter::shootPluginPages(QWidget *centre, const QString &prefix)
 {
     // Pages behind a navigation column are reached the way an operator reaches them.
     const QList<QToolButton *> buttons = centre->findChildren<QToolButton *>();
+    auto *stack = centre->findChild<QStackedWidget *>(QStringLiteral("stackedWidget"));
+    if (!stack)
+        stack = centre->findChild<QStackedWidget *>();
     int n = 0;
     for (QToolButton *button : buttons) {
         if (!button->isCheckable() || !button->isVisible())
             continue;
         button->click();
         settle();
-        save(m_window, QStringLiteral("%1-%2-%3").arg(prefix).arg(++n).arg(button->text()));
+        QWidget *shown = stack ? stack->currentWidget() : nullptr;
+        const QString name
+            = QStringLiteral("%1-%2-%3").arg(prefix).arg(++n).arg(pageName(shown, button));
+        save(centre, name);
+        if (!shown)
+            continue;
+        // The centre area shows the top of a long page; the whole page is shot as well.
+        if (auto *scroll = qobject_cast<QScrollArea *>(findScrollAncestor(shown, centre))) {
+            if (shown->height() > scroll->viewport()->height())
+                save(shown, name + QStringLiteral("-full"));
+        }
+        shootTabs(shown, name);
+    }
+    return n > 0;
+}
+
+void Screenshotter::shootTabs(QWidget *page, const QString &prefix)
+{
+    const QList<QTabWidget *> tabWidgets = page->findChildren<QTabWidget *>();
+    for (QTabWidget *tabs : tabWidgets) {
+        const int current = tabs->currentIndex();
+        for (int i = 0; i < tabs->count(); ++i) {
+            tabs->setCurrentIndex(i);
+            settle();
+            QWidget *tab = tabs->widget(i);
+            save(page,
+                QStringLiteral("%1-tab%2-%3")
+                    .arg(prefix)
+                    .arg(i + 1)
+                    .arg(tab->objectName().isEmpty() ? QString::number(i) : tab->objectName()));
+        }
+        tabs->setCurrentIndex(current);
+        settle();
     }
 }
 
@@ -94,12 +160,34 @@ void Screenshotter::shootDialogs(QWidget *centre, const QString &prefix)
     }
 }
 
+void Screenshotter::fillProgram(ProgramEditor *editor)
+{
+    // One line of each registered instruction, so the shot shows what a weld program reads like.
+    QStringList lines;
+    const QList<kelplugin::RLInstruction> instructions = kelplugin::rlCatalog().instructions();
+    for (const kelplugin::RLInstruction &instruction : instructions)
+        lines.append(instruction.defaultText);
+    editor->setLines(lines);
+    settle();
+}
+
 void Screenshotter::shootInstructionEditors()
 {
     const QList<kelplugin::RLInstruction> instructions = kelplugin::rlCatalog().instructions();
     for (const kelplugin::RLInstruction &instruction : instructions) {
-        if (!instruction.insertWidget)
+        const QString name = QStringLiteral("instruction-%1").arg(instruction.typeKey);
+        if (!instruction.insertWidget) {
+            // Instructions without an editor of their own get the form built from their skeleton.
+            SkeletonForm form(instruction.skeleton);
+            if (form.fieldCount() == 0)
+                continue;
+            form.setText(instruction.defaultText);
+            form.adjustSize();
+            form.show();
+            settle();
+            save(&form, name);
             continue;
+        }
         std::unique_ptr<kelplugin::RLContentBase> editor(instruction.insertWidget());
         if (!editor)
             continue;
@@ -107,6 +195,6 @@ void Screenshotter::shootInstructionEditors()
         editor->adjustSize();
         editor->show();
         settle();
-        save(editor.get(), QStringLiteral("instruction-%1").arg(instruction.typeKey));
+        save(editor.get(), name);
     }
 }

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 class PendantWindow;
+class ProgramEditor;
 class QWidget;
 
 // Renders the pendant window and every page, dialog and instruction editor the plug-ins
@@ -19,7 +20,10 @@ public:
 
 private:
     void save(QWidget *widget, const QString &name);
-    void shootPluginPages(QWidget *centre, const QString &prefix);
+    // False when the page has no navigation column.
+    bool shootPluginPages(QWidget *centre, const QString &prefix);
+    void shootTabs(QWidget *page, const QString &prefix);
+    void fillProgram(ProgramEditor *editor);
     void shootDialogs(QWidget *centre, const QString &prefix);
     void shootInstructionEditors();
 
