@@ -1,5 +1,6 @@
 #include "page/buttonmonitorpage.h"
 #include "page/weldparameterpage.h"
+#include "parampagefixture.h"
 #include "support/leveltexts.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
@@ -60,56 +61,6 @@ QStringList rowTexts(QTableWidget *list, int row)
 }
 
 } // namespace
-
-// The page with the pendant and the controller stood in for.
-struct PageUnderTest
-{
-    ScriptedController controller;
-    RecordingShell shell;
-    QWidget mainPage;
-    WeldParameterPage *page = new WeldParameterPage(nullptr, &mainPage);
-
-    template<typename T> T *child(const char *name) const
-    {
-        T *found = page->findChild<T *>(QLatin1String(name));
-        if (!found)
-            qFatal("no child %s", name);
-        return found;
-    }
-    QTableWidget *weldList() const { return child<QTableWidget>("tableWidget_weldData"); }
-    int stackPage() const { return child<QStackedWidget>("stackedWidget")->currentIndex(); }
-
-    void setRecord(const QJsonObject &record) { controller.serviceData.insert(kRecord, record); }
-    PageUnderTest() { controller.serviceData.insert("weld_param_match", QJsonObject()); }
-
-    // Each call is one more showing of the page.
-    void show()
-    {
-        if (!mainPage.isVisible()) {
-            mainPage.show();
-            return;
-        }
-        page->hide();
-        page->show();
-    }
-    void open(int tab, int row)
-    {
-        child<QTabWidget>("tabWidget")->setCurrentIndex(tab);
-        auto *list = tab == 0 ? weldList() : child<QTableWidget>("tableWidget_matchList");
-        list->selectRow(row);
-        child<QPushButton>("pushButton_detailed")->click();
-    }
-    void save()
-    {
-        shell.clear();
-        controller.clearSent();
-        child<QPushButton>("pushButton_save")->click();
-    }
-    QJsonObject savedSets() const
-    {
-        return controller.sent.isEmpty() ? QJsonObject() : controller.sent.last().value.toObject();
-    }
-};
 
 class TestWeldParameterPage : public QObject
 {
@@ -172,33 +123,38 @@ void TestWeldParameterPage::listRefresh()
     QFETCH(QJsonObject, after);
     QFETCH(int, row);
     QFETCH(QStringList, shown);
-    PageUnderTest t;
-    t.setRecord(before);
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, before);
     t.page->refreshWeldDataList();
-    t.setRecord(after);
+    t.controller.serviceData.insert(kRecord, after);
 
     t.page->refreshWeldDataList();
 
-    QCOMPARE(rowTexts(t.weldList(), row), shown);
-    QCOMPARE(t.weldList()->item(row, 0)->text(), QStringLiteral("LsData%1").arg(row + 1));
+    QCOMPARE(rowTexts(t.child<QTableWidget>("tableWidget_weldData"), row), shown);
+    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->item(row, 0)->text(),
+        QStringLiteral("LsData%1").arg(row + 1));
 }
 
 void TestWeldParameterPage::listIsRereadOnEveryShow()
 {
-    PageUnderTest t;
+    ParamPageFixture t;
     QJsonObject record;
     for (int n = 1; n <= 40; ++n)
         record.insert(QStringLiteral("LsData%1").arg(n), QJsonObject {{"welding_speed", n}});
-    t.setRecord(record);
+    t.controller.serviceData.insert(kRecord, record);
     t.show();
-    QCOMPARE(t.weldList()->rowCount(), WeldParameterPage::weldDataSetCount);
-    QCOMPARE(rowTexts(t.weldList(), 29).first(), QStringLiteral("30"));
+    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
+        WeldParameterPage::weldDataSetCount);
+    QCOMPARE(
+        rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 29).first(), QStringLiteral("30"));
 
-    t.setRecord(json(R"({"LsData1": {"welding_speed": 77}})"));
+    t.controller.serviceData.insert(kRecord, json(R"({"LsData1": {"welding_speed": 77}})"));
     t.show();
-    QCOMPARE(rowTexts(t.weldList(), 0).first(), QStringLiteral("77"));
+    QCOMPARE(
+        rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 0).first(), QStringLiteral("77"));
     // Sets beyond 30 never show up, whatever the record holds.
-    QCOMPARE(t.weldList()->rowCount(), WeldParameterPage::weldDataSetCount);
+    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
+        WeldParameterPage::weldDataSetCount);
 }
 
 void TestWeldParameterPage::openingNeedsASelectedRow_data()
@@ -211,7 +167,7 @@ void TestWeldParameterPage::openingNeedsASelectedRow_data()
 void TestWeldParameterPage::openingNeedsASelectedRow()
 {
     QFETCH(int, tab);
-    PageUnderTest t;
+    ParamPageFixture t;
     t.show();
     t.child<QTabWidget>("tabWidget")->setCurrentIndex(tab);
 
@@ -250,8 +206,8 @@ void TestWeldParameterPage::openingASet()
     QFETCH(QString, tips);
     QFETCH(bool, stickDetect);
     QFETCH(int, wireMode);
-    PageUnderTest t;
-    t.setRecord(record);
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, record);
     t.show();
     // Typed values of an earlier set must not leak into this one.
     t.child<QLineEdit>("lineEdit_Tips")->setText(QStringLiteral("left over"));
@@ -273,8 +229,8 @@ void TestWeldParameterPage::openingASet()
 
 void TestWeldParameterPage::savingAnAbsentSetCreatesIt()
 {
-    PageUnderTest t;
-    t.setRecord(QJsonObject {{"LsData1", storedSet("LsData1")}});
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData1", storedSet("LsData1")}});
     t.show();
     t.open(0, 11);
 
@@ -282,7 +238,7 @@ void TestWeldParameterPage::savingAnAbsentSetCreatesIt()
 
     QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
     QCOMPARE(t.controller.sent.first().sender, t.page);
-    const QJsonObject sets = t.savedSets();
+    const QJsonObject sets = t.lastPayload();
     QCOMPARE(sets.keys(), QStringList {"LsData12"});
     const QJsonObject set = sets.value("LsData12").toObject();
     QCOMPARE(WeldParameterPage::weldDataKeys(),
@@ -311,8 +267,8 @@ void TestWeldParameterPage::savingAnAbsentSetCreatesIt()
 
 void TestWeldParameterPage::savedSetKeepsTheFixedValues()
 {
-    PageUnderTest t;
-    t.setRecord(QJsonObject {{"LsData3", storedSet("SomethingElse")}});
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData3", storedSet("SomethingElse")}});
     t.show();
     t.open(0, 2);
 
@@ -325,7 +281,7 @@ void TestWeldParameterPage::savedSetKeepsTheFixedValues()
     expected.insert("toggle_end", true);
     expected.insert("ramp_mode_start", 2);
     expected.insert("ramp_mode_end", 2);
-    QCOMPARE(t.savedSets().value("LsData3").toObject(), expected);
+    QCOMPARE(t.lastPayload().value("LsData3").toObject(), expected);
 }
 
 void TestWeldParameterPage::saveReply_data()
@@ -352,7 +308,7 @@ void TestWeldParameterPage::saveReply()
     QFETCH(QJsonArray, reply);
     QFETCH(QStringList, messages);
     QFETCH(QStringList, logs);
-    PageUnderTest t;
+    ParamPageFixture t;
     t.show();
     t.open(0, 4);
     t.child<QSpinBox>("spinBox_laser_power_weld")->setValue(2222);
@@ -389,7 +345,7 @@ void TestWeldParameterPage::dependentWidgets()
 {
     QFETCH(QJsonObject, set);
     QFETCH(QStringList, hidden);
-    PageUnderTest t;
+    ParamPageFixture t;
 
     t.page->setWeldDataSet(set);
 
@@ -416,7 +372,7 @@ void TestWeldParameterPage::editingNeedsLevelThree()
 {
     QFETCH(int, level);
     QFETCH(bool, editable);
-    PageUnderTest t;
+    ParamPageFixture t;
     t.controller.userLevel = level;
 
     t.show();
@@ -430,7 +386,7 @@ void TestWeldParameterPage::editingNeedsLevelThree()
 
 void TestWeldParameterPage::monitorButtonOpensThePluginsMonitor()
 {
-    PageUnderTest t;
+    ParamPageFixture t;
     auto *monitor = new ButtonMonitorPage(&t.mainPage);
     t.show();
 
