@@ -348,38 +348,57 @@ void TestParamMatching::parsing()
 
 void TestParamMatching::matchList_data()
 {
-    QTest::addColumn<QJsonObject>("record");
+    QTest::addColumn<QJsonValue>("record");
     QTest::addColumn<int>("row");
     QTest::addColumn<QStringList>("shown");
+    QTest::addColumn<QString>("warning");
 
+    const QStringList nothing {"-", "-", "-", "-"};
     QTest::newRow("the last node is listed")
-        << json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
-            [30, 300, 3000, 30], [40, 400, 4000, 40]]}})")
-        << 1 << QStringList {"40", "400", "4000", "40"};
-    QTest::newRow("three nodes list nothing") << json(
-        R"({"PowerData2": {"power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
-            [30, 300, 3000, 30]]}})") << 1 << QStringList {"-", "-", "-", "-"};
-    QTest::newRow("last node of three numbers lists nothing")
-        << json(R"({"PowerData3": {"power_data": [[], [], [], [40, 400, 4000]]}})") << 2
-        << QStringList {"-", "-", "-", "-"};
+        << QJsonValue(json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10],
+            [20, 200, 2000, 20], [30, 300, 3000, 30], [40, 400, 4000, 40]]}})"))
+        << 1 << QStringList {"40", "400", "4000", "40"} << QString();
+    QTest::newRow("three nodes list nothing")
+        << QJsonValue(json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10],
+            [20, 200, 2000, 20], [30, 300, 3000, 30]]}})"))
+        << 1 << nothing
+        << "setTableMatchData: PowerData2 power_data element 3 is not an array of 4 numbers";
     QTest::newRow("last node with text lists nothing")
-        << json(R"({"PowerData3": {"power_data": [[], [], [], [40, "400", 4000, 40]]}})") << 2
-        << QStringList {"-", "-", "-", "-"};
-    QTest::newRow("set that is no object lists nothing")
-        << json(R"({"PowerData1": 12})") << 0 << QStringList {"-", "-", "-", "-"};
+        << QJsonValue(
+               json(R"({"PowerData3": {"power_data": [[], [], [], [40, "400", 4000, 40]]}})"))
+        << 2 << nothing
+        << "setTableMatchData: PowerData3 power_data element 3 is not an array of 4 numbers";
+    QTest::newRow("set that is no object")
+        << QJsonValue(json(R"({"PowerData1": 12})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 is not an object";
+    QTest::newRow("set without power_data")
+        << QJsonValue(json(R"({"PowerData1": {}})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 does not contain power_data";
+    QTest::newRow("power_data that is no array")
+        << QJsonValue(json(R"({"PowerData1": {"power_data": {}}})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 power_data is not an array";
+    QTest::newRow("empty power_data")
+        << QJsonValue(json(R"({"PowerData1": {"power_data": []}})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 power_data array is empty";
+    QTest::newRow("record that is no object")
+        << QJsonValue(QJsonArray {1}) << 0 << nothing
+        << "setTableMatchData: weld_param_match is not an object or not found";
     QTest::newRow("PowerData10 is the last row")
-        << json(R"({"PowerData10": {"power_data": [[], [], [], [4, 3, 2, 1]]},
-            "PowerData11": {"power_data": [[], [], [], [9, 9, 9, 9]]}})")
-        << 9 << QStringList {"4", "3", "2", "1"};
+        << QJsonValue(json(R"({"PowerData10": {"power_data": [[], [], [], [4, 3, 2, 1]]},
+            "PowerData11": {"power_data": [[], [], [], [9, 9, 9, 9]]}})"))
+        << 9 << QStringList {"4", "3", "2", "1"} << QString();
 }
 
 void TestParamMatching::matchList()
 {
-    QFETCH(QJsonObject, record);
+    QFETCH(QJsonValue, record);
     QFETCH(int, row);
     QFETCH(QStringList, shown);
+    QFETCH(QString, warning);
     ParamPageFixture t;
     t.controller.serviceData.insert(kMatchRecord, record);
+    if (!warning.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
 
     t.show();
 
