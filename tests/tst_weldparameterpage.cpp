@@ -82,6 +82,8 @@ private slots:
     void saveReply();
     void dependentWidgets_data();
     void dependentWidgets();
+    void weldModeSwitchesTheWire_data();
+    void weldModeSwitchesTheWire();
     void editingNeedsLevelThree_data();
     void editingNeedsLevelThree();
     void monitorButtonOpensThePluginsMonitor();
@@ -358,6 +360,34 @@ void TestWeldParameterPage::dependentWidgets()
             hiddenNow.append(name);
     }
     QCOMPARE(hiddenNow, hidden);
+}
+
+void TestWeldParameterPage::weldModeSwitchesTheWire_data()
+{
+    QTest::addColumn<bool>("wireBefore");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("wireAfter");
+    QTest::newRow("laser welding stops the wire") << true << 0 << false;
+    QTest::newRow("filler wire starts the wire") << false << 1 << true;
+}
+
+void TestWeldParameterPage::weldModeSwitchesTheWire()
+{
+    QFETCH(bool, wireBefore);
+    QFETCH(int, mode);
+    QFETCH(bool, wireAfter);
+    ParamPageFixture t;
+    t.page->setWeldDataSet(
+        QJsonObject {{"wire_feed_enable_start", wireBefore}, {"wire_feed_enable_end", wireBefore}});
+    auto *weldMode = t.child<QComboBox>("comboBox_weld_mode");
+
+    weldMode->setCurrentIndex(mode);
+    emit weldMode->activated(mode);
+
+    const QJsonObject set = t.page->weldDataSet();
+    QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(wireAfter));
+    QCOMPARE(set.value("wire_feed_enable_end"), QJsonValue(wireAfter));
+    QCOMPARE(t.child<QWidget>("groupBox_wireStart")->isHidden(), !wireAfter);
 }
 
 void TestWeldParameterPage::editingNeedsLevelThree_data()

@@ -206,6 +206,13 @@ void WeldParameterPage::initConnect()
         connect(selector, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &WeldParameterPage::updateDependentWidgets);
     }
+    // The operator's choice of weld mode decides whether the wire runs at all; loading a set
+    // derives the mode from the wire switches instead.
+    connect(m_ui.comboBox_weld_mode, qOverload<int>(&QComboBox::activated), this, [this](int mode) {
+        const bool wire = mode == kFillerWireMode;
+        m_ui.pushButton_wire_feed_enable_start->setOn(wire, true);
+        m_ui.pushButton_wire_feed_enable_end->setOn(wire, true);
+    });
 }
 
 void WeldParameterPage::showEvent(QShowEvent *event)
