@@ -1,14 +1,12 @@
 // Cost of showing the weld parameter page with full records (30 weld data sets, 10 matching
 // sets): both lists are re-read from the controller on every show.
 
+#include "benchmain.h"
 #include "page/weldparameterpage.h"
 #include "support/scriptedcontroller.h"
 
-#include <QApplication>
 #include <QJsonArray>
 #include <QJsonObject>
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -60,13 +58,4 @@ static void showWithFullRecords(benchmark::State &state)
 }
 BENCHMARK(showWithFullRecords);
 
-int main(int argc, char **argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+KEL_BENCHMARK_MAIN()
