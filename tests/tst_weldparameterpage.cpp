@@ -272,6 +272,7 @@ void TestWeldParameterPage::savedSetKeepsTheFixedValues()
     ParamPageFixture t;
     t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData3", storedSet("SomethingElse")}});
     t.show();
+    QTest::ignoreMessage(QtDebugMsg, "wire_retract_time_end: 250");
     t.open(0, 2);
 
     t.save();

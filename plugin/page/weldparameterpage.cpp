@@ -282,8 +282,6 @@ void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
             break;
         }
     }
-    qDebug().noquote() << "wire_retract_time_end:"
-                       << set.value(QStringLiteral("wire_retract_time_end")).toInt();
     const bool wire = m_ui.pushButton_wire_feed_enable_start->isOn()
         || m_ui.pushButton_wire_feed_enable_end->isOn();
     m_ui.comboBox_weld_mode->setCurrentIndex(wire ? kFillerWireMode : 0);
@@ -446,6 +444,8 @@ void WeldParameterPage::loadWeldDataSet()
         return;
     }
     setWeldDataSet(set.toObject());
+    qDebug().noquote() << "wire_retract_time_end:"
+                       << set.toObject().value(QStringLiteral("wire_retract_time_end")).toInt();
 }
 
 void WeldParameterPage::onBack()
