@@ -10,6 +10,7 @@
 
 #include <QComboBox>
 #include <QDebug>
+#include <QHeaderView>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QLineEdit>
@@ -155,6 +156,9 @@ WeldParameterPage::WeldParameterPage(WeldSettingPage *, QWidget *parent) : QWidg
     auto *header = new HeaderWidgetView(Qt::Horizontal, m_ui.tableWidget_matching);
     m_ui.tableWidget_matching->setHorizontalHeader(header);
     header->setMinimumHeight(32);
+    // Captions and switches need the room more than the table needs to stay narrow.
+    header->setSectionResizeMode(QHeaderView::Stretch);
+    header->setMinimumSectionSize(150);
     m_ui.comboBox_ramp_mode_start->setEnabled(false);
     m_ui.comboBox_ramp_mode_end->setEnabled(false);
     initTables();
@@ -185,6 +189,7 @@ void WeldParameterPage::initTables()
         for (int row = 0; row < rows; ++row)
             setCellText(list, row, 0, prefix + QString::number(row + 1));
         list->verticalHeader()->setVisible(false);
+        list->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
         list->horizontalHeader()->setStretchLastSection(true);
     };
     prepare(m_ui.tableWidget_weldData, weldDataSetCount, kWeldDataPrefix);
