@@ -10,10 +10,12 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPixmap>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QToolButton>
 
 #include <memory>
@@ -80,7 +82,7 @@ QStringList Screenshotter::run()
         // A page with a navigation column is shot page by page instead.
         if (!shootPluginPages(page, prefix)) {
             save(page, prefix);
-            shootTabs(page, prefix);
+            shootTabs(page, page, prefix);
         }
         shootDialogs(page, prefix);
     }
@@ -116,37 +118,69 @@ bool Screenshotter::shootPluginPages(QWidget *centre, const QString &prefix)
         QWidget *shown = stack ? stack->currentWidget() : nullptr;
         const QString name
             = QStringLiteral("%1-%2-%3").arg(prefix).arg(++n).arg(pageName(shown, button));
-        save(centre, name);
-        if (!shown)
-            continue;
-        // The centre area shows the top of a long page; the whole page is shot as well.
-        if (auto *scroll = qobject_cast<QScrollArea *>(findScrollAncestor(shown, centre))) {
-            if (shown->height() > scroll->viewport()->height())
-                save(shown, name + QStringLiteral("-full"));
-        }
-        shootTabs(shown, name);
+        // A page with tabs is shown tab by tab; its first tab is the page as it opens.
+        if (!shown || !shootTabs(centre, shown, name))
+            shootView(centre, shown, name);
     }
     return n > 0;
 }
 
-void Screenshotter::shootTabs(QWidget *page, const QString &prefix)
+void Screenshotter::shootView(QWidget *centre, QWidget *page, const QString &name)
 {
+    save(centre, name);
+    if (!page)
+        return;
+    // The centre area shows the top of a long page; the whole page is shot as well.
+    auto *scroll = qobject_cast<QScrollArea *>(findScrollAncestor(page, centre));
+    if (scroll && page->height() > scroll->viewport()->height())
+        save(page, name + QStringLiteral("-full"));
+}
+
+bool Screenshotter::shootTabs(QWidget *centre, QWidget *page, const QString &prefix)
+{
+    bool shot = false;
     const QList<QTabWidget *> tabWidgets = page->findChildren<QTabWidget *>();
     for (QTabWidget *tabs : tabWidgets) {
+        if (!tabs->isVisible())
+            continue;
         const int current = tabs->currentIndex();
         for (int i = 0; i < tabs->count(); ++i) {
             tabs->setCurrentIndex(i);
             settle();
             QWidget *tab = tabs->widget(i);
-            save(page,
-                QStringLiteral("%1-tab%2-%3")
-                    .arg(prefix)
-                    .arg(i + 1)
-                    .arg(tab->objectName().isEmpty() ? QString::number(i) : tab->objectName()));
+            const QString name = QStringLiteral("%1-tab%2-%3")
+                                     .arg(prefix)
+                                     .arg(i + 1)
+                                     .arg(tab->objectName().isEmpty() ? QString::number(i + 1)
+                                                                      : tab->objectName());
+            shootView(centre, page, name);
+            shot = true;
+            shootDetailedEditor(centre, page, tab, name);
         }
         tabs->setCurrentIndex(current);
         settle();
     }
+    return shot;
+}
+
+void Screenshotter::shootDetailedEditor(
+    QWidget *centre, QWidget *page, QWidget *tab, const QString &prefix)
+{
+    // A list tab opens the editor of its selected row with "Detailed" and leaves it with
+    // "Back": the first row is opened as an operator would.
+    auto *detailed = page->findChild<QPushButton *>(QStringLiteral("pushButton_detailed"));
+    auto *back = page->findChild<QPushButton *>(QStringLiteral("pushButton_back"));
+    auto *table = tab->findChild<QTableWidget *>();
+    if (!detailed || !back || !table || table->rowCount() == 0 || !detailed->isVisible())
+        return;
+    table->selectRow(0);
+    detailed->click();
+    settle();
+    if (detailed->isVisible())
+        return;
+    shootView(centre, page, prefix + QStringLiteral("-editor"));
+    back->click();
+    settle();
 }
 
 void Screenshotter::shootDialogs(QWidget *centre, const QString &prefix)

@@ -22,7 +22,11 @@ private:
     void save(QWidget *widget, const QString &name);
     // False when the page has no navigation column.
     bool shootPluginPages(QWidget *centre, const QString &prefix);
-    void shootTabs(QWidget *page, const QString &prefix);
+    // The centre area as the operator sees it and, when the page scrolls, the whole page.
+    void shootView(QWidget *centre, QWidget *page, const QString &name);
+    // False when the page has no visible tabs.
+    bool shootTabs(QWidget *centre, QWidget *page, const QString &prefix);
+    void shootDetailedEditor(QWidget *centre, QWidget *page, QWidget *tab, const QString &prefix);
     void fillProgram(ProgramEditor *editor);
     void shootDialogs(QWidget *centre, const QString &prefix);
     void shootInstructionEditors();

@@ -2,6 +2,7 @@
 
 #include "core/commandchannel.h"
 #include "core/logline.h"
+#include "core/styledescription.h"
 
 #include "kelplugin/hostfunctions.h"
 #include "kelplugin/interfacemanager.h"
@@ -112,14 +113,5 @@ void ButtonMonitorPage::showSample(const QJsonValue &sample)
 
 void ButtonMonitorPage::initStyle()
 {
-    setStyleSheet(QStringLiteral(
-        "QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
-        "QFrame QLabel{border:none;font:400 12pt \"Microsoft YaHei UI\";}"
-        "QFrame QLabel[type=\"title\"]{border:none;font:600 12pt \"Microsoft YaHei UI\";}"
-        "QFrame QDoubleSpinBox,QFrame QSpinBox{border:1px solid #c8c8c8;border-radius:4px;"
-        "padding:2px 4px;}"
-        "QFrame QAbstractSpinBox::up-button,QFrame QAbstractSpinBox::down-button{"
-        "width:10px;border:none;}"
-        "QComboBox{font-size:14px;}"
-        "QComboBox::down-arrow{image:url(:/kellaserweld/png/arrow/down_arrow_white.png);}"));
+    setStyleSheet(kellaser::StyleDescription::fromResource().styleSheet(objectName()));
 }

@@ -158,12 +158,16 @@ WeldParameterPage::WeldParameterPage(WeldSettingPage *, QWidget *parent) : QWidg
     header->setMinimumHeight(32);
     // Captions and switches need the room more than the table needs to stay narrow.
     header->setSectionResizeMode(QHeaderView::Stretch);
-    header->setMinimumSectionSize(150);
+    header->setMinimumSectionSize(100);
     m_ui.comboBox_ramp_mode_start->setEnabled(false);
     m_ui.comboBox_ramp_mode_end->setEnabled(false);
     initTables();
     resetWeldDataEditor();
     resetMatchingTable();
+    // "Node n" needs little room and the speed caption is the longest: both take what their
+    // text needs and the other value columns share the rest, so no caption is cut short.
+    for (int column = 0; column < qMin(2, header->count()); ++column)
+        header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     initConnect();
     m_ui.stackedWidget->setCurrentIndex(MainPage);
     updateButtons();

@@ -2,6 +2,45 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>ButtonMonitorPage</name>
+    <message>
+        <source>Monitor</source>
+        <translation>监控</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>ParameterName</source>
+        <translation>参数名称</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Power</source>
+        <translation>功率</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>Duty (%)</source>
+        <translation>占空比 (%)</translation>
+    </message>
+    <message>
+        <source>Wire Speed</source>
+        <translation>送丝速度</translation>
+    </message>
+    <message>
+        <source>Weld speed (mm/s)</source>
+        <translation>焊接速度 (mm/s)</translation>
+    </message>
+</context>
+<context>
     <name>CustomChart</name>
     <message>
         <source>Form</source>
@@ -212,6 +251,289 @@
     <message>
         <source>Motion</source>
         <translation>运动参数</translation>
+    </message>
+</context>
+<context>
+    <name>WeldParameterPage</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>Process Number:</source>
+        <translation>工艺号：</translation>
+    </message>
+    <message>
+        <source>Monitor</source>
+        <translation>监控</translation>
+    </message>
+    <message>
+        <source>Detailed</source>
+        <translation>详细</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Weld data sets</source>
+        <translation>焊接数据</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Weld speed (mm/s)</source>
+        <translation>焊接速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Laser power (W)</source>
+        <translation>激光功率 (W)</translation>
+    </message>
+    <message>
+        <source>Wire feed speed (mm/s)</source>
+        <translation>送丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>注释</translation>
+    </message>
+    <message>
+        <source>Parameter matching</source>
+        <translation>参数匹配</translation>
+    </message>
+    <message>
+        <source>Welding Speed (mm/s)</source>
+        <translation>焊接速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Power (W)</source>
+        <translation>功率 (W)</translation>
+    </message>
+    <message>
+        <source>Frequency (Hz)</source>
+        <translation>频率 (Hz)</translation>
+    </message>
+    <message>
+        <source>Duty Cycle (%)</source>
+        <translation>占空比 (%)</translation>
+    </message>
+    <message>
+        <source>Comment:</source>
+        <translation>注释：</translation>
+    </message>
+    <message>
+        <source>Weld Mode:</source>
+        <translation>焊接模式：</translation>
+    </message>
+    <message>
+        <source>Laser welding</source>
+        <translation>激光焊接</translation>
+    </message>
+    <message>
+        <source>Laser welding with filler wire</source>
+        <translation>激光填丝焊接</translation>
+    </message>
+    <message>
+        <source>Laser on</source>
+        <translation>开光</translation>
+    </message>
+    <message>
+        <source>PWM frequency (Hz)</source>
+        <translation>PWM 频率 (Hz)</translation>
+    </message>
+    <message>
+        <source>PWM duty cycle (%)</source>
+        <translation>PWM 占空比 (%)</translation>
+    </message>
+    <message>
+        <source>Ramp up mode</source>
+        <translation>缓升模式</translation>
+    </message>
+    <message>
+        <source>No ramp</source>
+        <translation>无缓变</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>阶梯</translation>
+    </message>
+    <message>
+        <source>Linear</source>
+        <translation>线性</translation>
+    </message>
+    <message>
+        <source>Ramp up time (ms)</source>
+        <translation>缓升时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Motion delay time (ms)</source>
+        <translation>运动延迟时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Wire start</source>
+        <translation>起始送丝</translation>
+    </message>
+    <message>
+        <source>Wire feed enable</source>
+        <translation>送丝使能</translation>
+    </message>
+    <message>
+        <source>Wire feed speed(mm/s)</source>
+        <translation>送丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Wire mode</source>
+        <translation>送丝时机</translation>
+    </message>
+    <message>
+        <source>With laser on</source>
+        <translation>与开光同时</translation>
+    </message>
+    <message>
+        <source>Before laser on</source>
+        <translation>开光前</translation>
+    </message>
+    <message>
+        <source>After laser on</source>
+        <translation>开光后</translation>
+    </message>
+    <message>
+        <source>Wire feed time(ms)</source>
+        <translation>送丝时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Welding</source>
+        <translation>焊接中</translation>
+    </message>
+    <message>
+        <source>Welding speed(mm/s)</source>
+        <translation>焊接速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Wire while welding</source>
+        <translation>焊接中送丝</translation>
+    </message>
+    <message>
+        <source>Laser off</source>
+        <translation>关光</translation>
+    </message>
+    <message>
+        <source>Ramp down mode</source>
+        <translation>缓降模式</translation>
+    </message>
+    <message>
+        <source>Ramp down time (ms)</source>
+        <translation>缓降时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Laser off delay time (ms)</source>
+        <translation>关光延迟时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Wire end</source>
+        <translation>结束送丝</translation>
+    </message>
+    <message>
+        <source>Wire enable</source>
+        <translation>送丝使能</translation>
+    </message>
+    <message>
+        <source>Wire speed(mm/s)</source>
+        <translation>送丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Wire close mode</source>
+        <translation>停丝时机</translation>
+    </message>
+    <message>
+        <source>With laser off</source>
+        <translation>与关光同时</translation>
+    </message>
+    <message>
+        <source>Before laser off</source>
+        <translation>关光前</translation>
+    </message>
+    <message>
+        <source>After laser off</source>
+        <translation>关光后</translation>
+    </message>
+    <message>
+        <source>Wire close time(ms)</source>
+        <translation>停丝时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Wire stick detect</source>
+        <translation>粘丝检测</translation>
+    </message>
+    <message>
+        <source>Wire retrack</source>
+        <translation>退丝</translation>
+    </message>
+    <message>
+        <source>Retrack speed(mm/s)</source>
+        <translation>退丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>Retrack time(ms)</source>
+        <translation>退丝时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Wire compensation</source>
+        <translation>填丝补偿</translation>
+    </message>
+    <message>
+        <source>Delay time(ms)</source>
+        <translation>延迟时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Feed time(ms)</source>
+        <translation>送丝时间 (ms)</translation>
+    </message>
+    <message>
+        <source>Please select a row of data in the table first</source>
+        <translation>请先在表格中选择一行数据</translation>
+    </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
+    </message>
+    <message>
+        <source>Saved successfully</source>
+        <translation>保存成功</translation>
+    </message>
+    <message>
+        <source>Save failed. Please check the parameter configuration.</source>
+        <translation>保存失败，请检查参数配置。</translation>
+    </message>
+    <message>
+        <source>Nodes</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>Node %1</source>
+        <translation>节点 %1</translation>
+    </message>
+    <message>
+        <source>Power parameter validation failed at row %1. Previous row value must be less than current row value.</source>
+        <translation>功率参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
+    </message>
+    <message>
+        <source>Frequency parameter validation failed at row %1. Previous row value must be less than current row value.</source>
+        <translation>频率参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
+    </message>
+    <message>
+        <source>Duty Cycle parameter validation failed at row %1. Previous row value must be less than current row value.</source>
+        <translation>占空比参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
+    </message>
+    <message>
+        <source>Speed parameter validation failed at row %1. Previous row value must be less than current row value.</source>
+        <translation>速度参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
     </message>
 </context>
 <context>
