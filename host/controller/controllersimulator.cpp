@@ -1,163 +1,769 @@
 #include "controllersimulator.h"
 
-// Minimal in-memory core; persistence, records and command behaviour are being built.
+#include "curvefit.h"
+#include "factoryrecords.h"
+#include "recordschema.h"
+#include "recordstore.h"
+#include "weldmonitor.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QMetaObject>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTimer>
 
 namespace kelcontroller {
 
-IoLayout IoLayout::uniform(int portsPerType)
-{
-    IoLayout l;
-    l.digitalOutputs = l.digitalInputs = l.analogOutputs = l.analogInputs = l.groupOutputs
-        = l.groupInputs = portsPerType;
-    return l;
-}
-
-QStringList IoLayout::ports(const QString &type) const
-{
-    int n = 0;
-    if (type == QLatin1String("DO"))
-        n = digitalOutputs;
-    else if (type == QLatin1String("DI"))
-        n = digitalInputs;
-    else if (type == QLatin1String("AO"))
-        n = analogOutputs;
-    else if (type == QLatin1String("AI"))
-        n = analogInputs;
-    else if (type == QLatin1String("GO"))
-        n = groupOutputs;
-    else if (type == QLatin1String("GI"))
-        n = groupInputs;
-    QStringList result;
-    for (int i = 1; i <= n; ++i)
-        result.append(type + QString::number(i));
-    return result;
-}
-
 namespace {
-IoLayout s_layout;
-int s_level = 3;
-bool s_powered = false;
-bool s_connected = true;
+
+const QString pluginKeyName = QStringLiteral("kellaserweld");
+const QString statusKey = QStringLiteral("laser_weld_data");
+const QString virtualKey = QStringLiteral("virtual_welding_status");
+const QString redLightKey = QStringLiteral("weld_redlight_status");
+const QString monitorKey = QStringLiteral("weld_monitor_data");
+const QString pointsKey = QStringLiteral("points");
+const QString ioKey = QStringLiteral("weld_io_config");
+const QString settingKey = QStringLiteral("weld_setting_config");
+const QString curveKey = QStringLiteral("weld_curve_config");
+const QString paramKey = QStringLiteral("weld_param_config");
+const QString matchKey = QStringLiteral("weld_param_match");
+const QString weldEnableCommand = QStringLiteral("set_weld_enable");
+
+QJsonObject accepted()
+{
+    return QJsonObject {{QStringLiteral("return"), 0}};
+}
+
+QJsonObject refused(int code, const QString &message)
+{
+    return QJsonObject {{QStringLiteral("return"), code}, {QStringLiteral("message"), message}};
+}
+
+QJsonObject enableAnswer(bool ok, const QString &message = QString())
+{
+    QJsonObject entry {{QStringLiteral("return"), ok}};
+    if (!message.isEmpty())
+        entry.insert(QStringLiteral("message"), message);
+    return entry;
+}
+
+QJsonObject needBool(const QJsonValue &payload)
+{
+    return payload.isBool()
+        ? QJsonObject()
+        : refused(ControllerSimulator::BadPayload, QStringLiteral("the payload must be a boolean"));
+}
+
+QStringList numbered(const QString &prefix, const QList<int> &numbers)
+{
+    QStringList names;
+    for (int n : numbers)
+        names.append(prefix + QString::number(n));
+    return names;
+}
+
+const QStringList &tools()
+{
+    static const QStringList list {QStringLiteral("tool0"), QStringLiteral("tool1")};
+    return list;
+}
+
+const QStringList &wobjs()
+{
+    static const QStringList list {QStringLiteral("wobj0"), QStringLiteral("wobj1")};
+    return list;
+}
+
 } // namespace
 
-ControllerSimulator::ControllerSimulator(const QString &, QObject *parent)
+ControllerSimulator::ControllerSimulator(const QString &dataDir, QObject *parent)
     : kelplugin::ControllerBackend(parent)
-{ }
+    , m_monitor(new WeldMonitor)
+    , m_gasTimer(new QTimer(this))
+    , m_activeWeldData(QStringLiteral("LsData1"))
+{
+    const QString dir = dataDir.isEmpty()
+        ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)
+        : dataDir;
+    m_store.reset(
+        new RecordStore(QDir(dir).absoluteFilePath(QStringLiteral("kelcontroller.json"))));
+    m_gasTimer->setSingleShot(true);
+    connect(m_gasTimer, &QTimer::timeout, this, [this] { setGasOpen(false); });
+    load();
+}
 
 ControllerSimulator::~ControllerSimulator() = default;
 
 QString ControllerSimulator::dataFilePath() const
 {
-    return QString();
+    return m_store->filePath();
 }
-QJsonObject ControllerSimulator::record(const QString &) const
-{
-    return {};
-}
+
 QStringList ControllerSimulator::recordKeys()
 {
-    return {};
+    return {ioKey, settingKey, curveKey, paramKey, matchKey};
 }
+
+QJsonObject ControllerSimulator::record(const QString &key) const
+{
+    return m_records.value(key);
+}
+
+void ControllerSimulator::report(const QString &text)
+{
+    m_lastError = text;
+    emit problem(text);
+}
+
+void ControllerSimulator::load()
+{
+    for (const QString &key : recordKeys())
+        m_records.insert(key, FactoryRecords::record(key));
+    m_points = FactoryRecords::points();
+
+    QJsonObject doc;
+    QString error;
+    const RecordStore::ReadResult result = m_store->read(&doc, &error);
+    if (result == RecordStore::ReadResult::Missing)
+        return;
+
+    QStringList damage;
+    if (result == RecordStore::ReadResult::Corrupt) {
+        damage.append(error);
+    } else {
+        for (const QString &key : recordKeys()) {
+            const auto it = doc.constFind(key);
+            if (it == doc.constEnd())
+                continue;
+            if (it.value().isObject())
+                m_records.insert(key, it.value().toObject());
+            else
+                damage.append(QStringLiteral("%1 is not an object").arg(key));
+        }
+        const QJsonValue status = doc.value(statusKey);
+        if (status.isObject() && status.toObject().value(virtualKey).isBool())
+            m_virtualWelding = status.toObject().value(virtualKey).toBool();
+        else if (!status.isUndefined())
+            damage.append(
+                QStringLiteral("%1 is not an object with a boolean %2").arg(statusKey, virtualKey));
+        const QJsonValue points = doc.value(pointsKey);
+        if (points.isArray()) {
+            QStringList names;
+            bool allNames = true;
+            for (const QJsonValue &p : points.toArray()) {
+                if (p.isString() && !p.toString().isEmpty() && !names.contains(p.toString()))
+                    names.append(p.toString());
+                else
+                    allNames = false;
+            }
+            m_points = names;
+            if (!allNames)
+                damage.append(
+                    QStringLiteral("%1 holds entries that are not point names").arg(pointsKey));
+        } else if (!points.isUndefined()) {
+            damage.append(QStringLiteral("%1 is not an array").arg(pointsKey));
+        }
+    }
+    // The laser is never armed after a restart, whatever the file says.
+    QJsonObject settings = m_records.value(settingKey);
+    if (settings.contains(QStringLiteral("laser_main_enable"))) {
+        settings.insert(QStringLiteral("laser_main_enable"), false);
+        m_records.insert(settingKey, settings);
+    }
+    if (damage.isEmpty())
+        return;
+
+    QString text = QStringLiteral("The controller data file is damaged: %1.")
+                       .arg(damage.join(QStringLiteral("; ")));
+    QString asideError;
+    const QString aside = m_store->keepAside(&asideError);
+    if (aside.isEmpty()) {
+        // Keep the damaged file for inspection: nothing is written until the next start.
+        m_storeBlocked = true;
+        text += QStringLiteral(" %1; changes are not saved.").arg(asideError);
+    } else {
+        text += QStringLiteral(" It was kept as %1; damaged parts start from factory records.")
+                    .arg(aside);
+        QString writeError;
+        if (!m_store->write(document(), &writeError))
+            text += QLatin1Char(' ') + writeError;
+    }
+    m_lastError = text;
+    // Nobody can listen yet while the constructor runs; tell whoever connects right after.
+    QMetaObject::invokeMethod(
+        this, [this, text] { emit problem(text); }, Qt::QueuedConnection);
+}
+
+QJsonObject ControllerSimulator::document() const
+{
+    QJsonObject doc;
+    for (const QString &key : recordKeys())
+        doc.insert(key, m_records.value(key));
+    doc.insert(statusKey, QJsonObject {{virtualKey, m_virtualWelding}});
+    doc.insert(pointsKey, QJsonArray::fromStringList(m_points));
+    return doc;
+}
+
+bool ControllerSimulator::save()
+{
+    if (m_storeBlocked) {
+        report(QStringLiteral("%1 is damaged and kept for inspection; changes are not saved")
+                   .arg(m_store->filePath()));
+        return false;
+    }
+    QString error;
+    if (!m_store->write(document(), &error)) {
+        report(error);
+        return false;
+    }
+    return true;
+}
+
+bool ControllerSimulator::persistOrUndo(const std::function<void()> &undo, QJsonObject *entry)
+{
+    if (save())
+        return true;
+    undo();
+    *entry = refused(StoreFailed, m_lastError);
+    return false;
+}
+
+bool ControllerSimulator::storeRecord(
+    const QString &key, const QJsonObject &value, QJsonObject *entry)
+{
+    *entry = accepted();
+    const QJsonObject old = m_records.value(key);
+    if (old == value)
+        return true;
+    m_records.insert(key, value);
+    if (!persistOrUndo([this, key, old] { m_records.insert(key, old); }, entry))
+        return false;
+    emit stateChanged();
+    return true;
+}
+
 void ControllerSimulator::setIoLayout(const IoLayout &layout)
 {
-    s_layout = layout;
+    m_layout = layout;
+    emit stateChanged();
 }
+
 void ControllerSimulator::setUserLevel(int level)
 {
-    s_level = level;
+    if (m_userLevel == level)
+        return;
+    m_userLevel = level;
+    emit stateChanged();
 }
+
 void ControllerSimulator::setRobotPowered(bool powered)
 {
-    s_powered = powered;
+    if (m_powered == powered)
+        return;
+    m_powered = powered;
+    emit stateChanged();
 }
+
 void ControllerSimulator::setConnected(bool connected)
 {
-    s_connected = connected;
+    if (m_connected == connected)
+        return;
+    m_connected = connected;
+    emit stateChanged();
     if (connected)
         emit connectionRestored();
 }
+
 bool ControllerSimulator::isConnected() const
 {
-    return s_connected;
+    return m_connected;
 }
-void ControllerSimulator::injectReturnCode(int)
-{ }
+
+void ControllerSimulator::injectReturnCode(int code)
+{
+    m_fault = Fault::ReturnCode;
+    m_faultCode = code;
+}
+
 void ControllerSimulator::injectEmptyReply()
-{ }
+{
+    m_fault = Fault::EmptyReply;
+}
+
 void ControllerSimulator::injectMalformedElement()
-{ }
+{
+    m_fault = Fault::MalformedElement;
+}
+
+bool ControllerSimulator::isMonitorRunning() const
+{
+    return m_monitor->isRunning();
+}
+
+void ControllerSimulator::setActiveWeldData(const QString &setName)
+{
+    if (m_activeWeldData == setName)
+        return;
+    m_activeWeldData = setName;
+    emit stateChanged();
+}
+
+void ControllerSimulator::setGasOpen(bool open)
+{
+    if (m_gasOpen == open)
+        return;
+    m_gasOpen = open;
+    emit stateChanged();
+}
+
+void ControllerSimulator::setFeeder(Feeder state)
+{
+    if (m_feeder == state)
+        return;
+    m_feeder = state;
+    emit stateChanged();
+}
 
 QJsonArray ControllerSimulator::commandCustomData(
-    QObject *, const QString &, const QJsonObject &command)
+    QObject *, const QString &pluginKey, const QJsonObject &command)
 {
     const QString name = command.isEmpty() ? QString() : command.constBegin().key();
-    QJsonObject entry {{QStringLiteral("return"), 1},
-        {QStringLiteral("message"), QStringLiteral("unknown command")}};
-    return QJsonArray {QJsonObject {{QStringLiteral("kellaserweld"), QJsonObject {{name, entry}}}}};
+    const QJsonValue payload = command.isEmpty() ? QJsonValue() : command.constBegin().value();
+    const QJsonArray reply = answer(pluginKey, command);
+    emit commandHandled(name, payload, reply);
+    return reply;
 }
 
 QJsonArray ControllerSimulator::commandCustomData(
-    QObject *sender, const QString &key, const QString &command, const QString &value)
+    QObject *sender, const QString &pluginKey, const QString &command, const QString &value)
 {
-    return commandCustomData(sender, key, QJsonObject {{command, value}});
+    return commandCustomData(sender, pluginKey, QJsonObject {{command, value}});
 }
 
-QJsonValue ControllerSimulator::getKelServiceData(const QString &)
+QJsonArray ControllerSimulator::answer(const QString &pluginKey, const QJsonObject &command)
 {
-    return QJsonValue();
+    if (!m_connected)
+        return QJsonArray();
+    const QString name = command.isEmpty() ? QString() : command.constBegin().key();
+    const Fault fault = m_fault;
+    m_fault = Fault::None;
+
+    QJsonObject entry;
+    if (fault == Fault::ReturnCode && m_faultCode != 0) {
+        // A refusal the controller made up: nothing is applied.
+        entry = refused(m_faultCode, QStringLiteral("failure injected for this command"));
+    } else {
+        entry = execute(pluginKey, command);
+        if (fault == Fault::ReturnCode)
+            entry.insert(QStringLiteral("return"), 0);
+    }
+    // A lost or garbled answer does not undo what the controller already did.
+    if (fault == Fault::EmptyReply)
+        return QJsonArray();
+    if (fault == Fault::MalformedElement)
+        return QJsonArray {
+            QStringLiteral("oops"), QJsonObject {{pluginKey, QStringLiteral("oops")}}};
+    return QJsonArray {QJsonObject {{pluginKey, QJsonObject {{name, entry}}}}};
 }
-bool ControllerSimulator::disconnectKelServiceData(
-    const QString &, const QString &, const QString &)
+
+QJsonObject ControllerSimulator::execute(const QString &pluginKey, const QJsonObject &command)
 {
+    if (pluginKey != pluginKeyName) {
+        report(QStringLiteral("Command for the unknown plug-in \"%1\" refused").arg(pluginKey));
+        return refused(
+            UnknownCommand, QStringLiteral("no plug-in \"%1\" on this controller").arg(pluginKey));
+    }
+    if (command.size() != 1)
+        return refused(BadPayload, QStringLiteral("a request holds exactly one command"));
+
+    using Handler = std::function<QJsonObject(ControllerSimulator *, const QJsonValue &)>;
+    static const QHash<QString, Handler> handlers = [] {
+        QHash<QString, Handler> h;
+        h.insert(QStringLiteral("set_weld_red_light"), &ControllerSimulator::onRedLight);
+        h.insert(QStringLiteral("set_weld_manual_gas"), &ControllerSimulator::onManualGas);
+        h.insert(
+            QStringLiteral("set_weld_feed_wire"), [](ControllerSimulator *s, const QJsonValue &p) {
+                return s->onWire(Feeder::Feeding, p);
+            });
+        h.insert(QStringLiteral("set_weld_retract_wire"),
+            [](ControllerSimulator *s, const QJsonValue &p) {
+                return s->onWire(Feeder::Retracting, p);
+            });
+        h.insert(QStringLiteral("set_virtual_welding"), &ControllerSimulator::onVirtualWelding);
+        h.insert(QStringLiteral("set_weld_io_config"), &ControllerSimulator::onIoConfig);
+        h.insert(QStringLiteral("set_weld_setting_config"), &ControllerSimulator::onSettingConfig);
+        h.insert(weldEnableCommand, &ControllerSimulator::onWeldEnable);
+        h.insert(QStringLiteral("compute_curve_config"), &ControllerSimulator::onComputeCurve);
+        const QVector<RecordSchema::Curve> &curves = RecordSchema::curves();
+        for (int i = 0; i < curves.size(); ++i) {
+            h.insert(curves.at(i).command,
+                [i](ControllerSimulator *s, const QJsonValue &p) { return s->onCurve(i, p); });
+        }
+        h.insert(QStringLiteral("set_weld_param_list_config"),
+            [](ControllerSimulator *s, const QJsonValue &p) {
+                return s->onWeldSets(paramKey, QStringLiteral("LsData"), 30, p);
+            });
+        h.insert(QStringLiteral("set_weld_param_match_config"),
+            [](ControllerSimulator *s, const QJsonValue &p) {
+                return s->onWeldSets(matchKey, QStringLiteral("PowerData"), 10, p);
+            });
+        h.insert(QStringLiteral("start_laserweld_monitor"), &ControllerSimulator::onMonitor);
+        return h;
+    }();
+
+    const QString name = command.constBegin().key();
+    const auto handler = handlers.constFind(name);
+    if (handler == handlers.constEnd()) {
+        report(QStringLiteral("Unknown command \"%1\" refused").arg(name));
+        return refused(UnknownCommand, QStringLiteral("unknown command \"%1\"").arg(name));
+    }
+    return handler.value()(this, command.constBegin().value());
+}
+
+QJsonObject ControllerSimulator::onRedLight(const QJsonValue &payload)
+{
+    const QJsonObject bad = needBool(payload);
+    if (!bad.isEmpty())
+        return bad;
+    if (m_redLight != payload.toBool()) {
+        m_redLight = payload.toBool();
+        emit stateChanged();
+    }
+    return accepted();
+}
+
+QJsonObject ControllerSimulator::onManualGas(const QJsonValue &payload)
+{
+    const QJsonObject bad = needBool(payload);
+    if (!bad.isEmpty())
+        return bad;
+    if (!payload.toBool()) {
+        m_gasTimer->stop();
+        setGasOpen(false);
+        return accepted();
+    }
+    if (m_records.value(ioKey).value(QLatin1String("gas_protect_port")).toString().isEmpty())
+        return refused(NotConfigured, QStringLiteral("no assist gas port is assigned"));
+    const QJsonValue time = m_records.value(settingKey).value(QLatin1String("manual_gas_time"));
+    const int ms = RecordSchema::isInteger(time, 1000, 10000) ? time.toInt() : 5000;
+    m_gasTimer->start(ms);
+    setGasOpen(true);
+    return accepted();
+}
+
+QJsonObject ControllerSimulator::onWire(Feeder direction, const QJsonValue &payload)
+{
+    const QJsonObject bad = needBool(payload);
+    if (!bad.isEmpty())
+        return bad;
+    // Stopping the wire is never refused.
+    if (!payload.toBool()) {
+        if (m_feeder == direction)
+            setFeeder(Feeder::Idle);
+        return accepted();
+    }
+    if (!m_records.value(settingKey).value(QLatin1String("feeder_enable")).toBool())
+        return refused(NotConfigured, QStringLiteral("the wire feeder is disabled"));
+    if (m_weldingEnabled)
+        return refused(
+            Refused, QStringLiteral("the wire cannot be moved by hand while welding is enabled"));
+    setFeeder(direction);
+    return accepted();
+}
+
+QJsonObject ControllerSimulator::onVirtualWelding(const QJsonValue &payload)
+{
+    const QJsonObject bad = needBool(payload);
+    if (!bad.isEmpty())
+        return bad;
+    const bool virtualWelding = payload.toBool();
+    if (m_virtualWelding == virtualWelding)
+        return accepted();
+    if (m_powered)
+        return refused(
+            Refused, QStringLiteral("the work mode cannot change while the robot is powered"));
+    m_virtualWelding = virtualWelding;
+    QJsonObject entry = accepted();
+    if (persistOrUndo([this, virtualWelding] { m_virtualWelding = !virtualWelding; }, &entry))
+        emit stateChanged();
+    return entry;
+}
+
+QJsonObject ControllerSimulator::onIoConfig(const QJsonValue &payload)
+{
+    if (!payload.isObject())
+        return refused(BadPayload, QStringLiteral("the I/O configuration must be an object"));
+    if (m_weldingEnabled)
+        return refused(
+            Refused, QStringLiteral("the I/O assignment cannot change while welding is enabled"));
+    const QJsonObject given = payload.toObject();
+    const QString error = RecordSchema::checkIoConfig(given, m_layout);
+    if (!error.isEmpty())
+        return refused(BadPayload, error);
+    QJsonObject record;
+    for (const RecordSchema::Field &field : RecordSchema::ioFields())
+        record.insert(field.key, given.value(field.key));
+    QJsonObject entry;
+    storeRecord(ioKey, record, &entry);
+    return entry;
+}
+
+QJsonObject ControllerSimulator::onSettingConfig(const QJsonValue &payload)
+{
+    if (!payload.isObject())
+        return refused(BadPayload, QStringLiteral("the device settings must be an object"));
+    const QJsonObject given = payload.toObject();
+    const QString error = RecordSchema::checkSettingConfig(given, m_layout);
+    if (!error.isEmpty())
+        return refused(BadPayload, error);
+    QJsonObject record;
+    for (const RecordSchema::Field &field : RecordSchema::settingFields())
+        record.insert(field.key, given.value(field.key));
+    // Only set_weld_enable arms the laser; the record reports what the controller did.
+    record.insert(QStringLiteral("laser_main_enable"), m_weldingEnabled);
+    QJsonObject entry;
+    storeRecord(settingKey, record, &entry);
+    return entry;
+}
+
+QJsonObject ControllerSimulator::onWeldEnable(const QJsonValue &payload)
+{
+    const QString value = payload.toString();
+    if (value != QLatin1String("TRUE") && value != QLatin1String("FALSE"))
+        return enableAnswer(false, QStringLiteral("the value must be \"TRUE\" or \"FALSE\""));
+    const bool enable = value == QLatin1String("TRUE");
+    if (enable) {
+        if (m_powered)
+            return enableAnswer(
+                false, QStringLiteral("welding cannot be enabled while the robot is powered"));
+        if (m_records.value(ioKey).value(QLatin1String("laser_enable_port")).toString().isEmpty())
+            return enableAnswer(false, QStringLiteral("no laser enable port is assigned"));
+    }
+    if (enable == m_weldingEnabled)
+        return enableAnswer(true);
+
+    const QJsonObject oldSettings = m_records.value(settingKey);
+    QJsonObject settings = oldSettings;
+    settings.insert(QStringLiteral("laser_main_enable"), enable);
+    m_records.insert(settingKey, settings);
+    m_weldingEnabled = enable;
+    QJsonObject entry;
+    if (!persistOrUndo(
+            [this, oldSettings, enable] {
+                m_records.insert(settingKey, oldSettings);
+                m_weldingEnabled = !enable;
+            },
+            &entry))
+        return enableAnswer(false, entry.value(QLatin1String("message")).toString());
+    // Arming the laser takes the wire out of manual control.
+    if (enable)
+        m_feeder = Feeder::Idle;
+    emit stateChanged();
+    return enableAnswer(true);
+}
+
+QJsonObject ControllerSimulator::onComputeCurve(const QJsonValue &payload)
+{
+    const QJsonObject curve = payload.toObject();
+    for (const RecordSchema::Curve &c : RecordSchema::curves()) {
+        const QJsonValue nodes = curve.value(c.nodesKey);
+        if (nodes.isUndefined())
+            continue;
+        if (!nodes.isArray())
+            return refused(BadPayload, QStringLiteral("%1 must be an array").arg(c.nodesKey));
+        QJsonArray rows = nodes.toArray();
+        // The node count says how many rows of the table are in use.
+        const QJsonValue count = curve.value(c.countKey);
+        if (RecordSchema::isInteger(count, 0, rows.size()))
+            while (rows.size() > count.toInt())
+                rows.removeLast();
+        CurveFit fit;
+        if (!fit.fit(rows))
+            return refused(BadPayload, fit.error());
+        QJsonObject entry = accepted();
+        entry.insert(QStringLiteral("slope"), fit.slope());
+        entry.insert(QStringLiteral("intercept"), fit.intercept());
+        return entry;
+    }
+    return refused(BadPayload, QStringLiteral("the payload holds no node array of a known curve"));
+}
+
+QJsonObject ControllerSimulator::onCurve(int curve, const QJsonValue &payload)
+{
+    const RecordSchema::Curve &c = RecordSchema::curves().at(curve);
+    if (!payload.isObject())
+        return refused(BadPayload, QStringLiteral("the curve must be an object"));
+    const QJsonObject given = payload.toObject();
+    const QString error = RecordSchema::checkCurve(c, given);
+    if (!error.isEmpty())
+        return refused(BadPayload, error);
+    QJsonObject record = m_records.value(curveKey);
+    record.insert(c.countKey, given.value(c.countKey));
+    record.insert(c.nodesKey, given.value(c.nodesKey));
+    QJsonObject entry;
+    storeRecord(curveKey, record, &entry);
+    return entry;
+}
+
+QJsonObject ControllerSimulator::onWeldSets(
+    const QString &recordKey, const QString &prefix, int last, const QJsonValue &payload)
+{
+    if (!payload.isObject())
+        return refused(BadPayload, QStringLiteral("the sets must be an object"));
+    const QJsonObject sets = payload.toObject();
+    const QString error = RecordSchema::checkSets(sets, prefix, last);
+    if (!error.isEmpty())
+        return refused(BadPayload, error);
+    QJsonObject record = m_records.value(recordKey);
+    for (auto it = sets.constBegin(); it != sets.constEnd(); ++it)
+        record.insert(it.key(), it.value());
+    QJsonObject entry;
+    if (storeRecord(recordKey, record, &entry) && recordKey == paramKey)
+        setActiveWeldData((sets.constEnd() - 1).key());
+    return entry;
+}
+
+QJsonObject ControllerSimulator::onMonitor(const QJsonValue &payload)
+{
+    const QJsonObject bad = needBool(payload);
+    if (!bad.isEmpty())
+        return bad;
+    if (payload.toBool() == m_monitor->isRunning())
+        return accepted();
+    if (payload.toBool())
+        m_monitor->start();
+    else
+        m_monitor->stop();
+    emit stateChanged();
+    return accepted();
+}
+
+QJsonValue ControllerSimulator::getKelServiceData(const QString &key)
+{
+    if (!m_connected)
+        return QJsonValue(QJsonValue::Undefined);
+    if (key == monitorKey) {
+        if (!m_monitor->isRunning())
+            return QJsonValue(QJsonValue::Undefined);
+        const QJsonObject set = m_records.value(paramKey).value(m_activeWeldData).toObject();
+        return m_monitor->current(m_activeWeldData, set, m_weldingEnabled);
+    }
+
+    const QStringList path = key.split(QLatin1Char('.'));
+    QJsonValue value;
+    if (path.first() == statusKey)
+        value = QJsonObject {{virtualKey, m_virtualWelding}, {redLightKey, m_redLight}};
+    else if (m_records.contains(path.first()))
+        value = m_records.value(path.first());
+    for (int i = 1; i < path.size() && !value.isUndefined(); ++i)
+        value = value.isObject() ? value.toObject().value(path.at(i))
+                                 : QJsonValue(QJsonValue::Undefined);
+    if (value.isUndefined() || value.isNull())
+        report(QStringLiteral("The controller has no data under \"%1\"").arg(key));
+    return value.isNull() ? QJsonValue(QJsonValue::Undefined) : value;
+}
+
+bool ControllerSimulator::disconnectKelServiceData(
+    const QString &, const QString &key, const QString &)
+{
+    if (!m_connected)
+        return false;
+    if (key != monitorKey) {
+        report(QStringLiteral("No stream \"%1\" to release").arg(key));
+        return false;
+    }
+    // The stream has no reader left: the controller stops producing it.
+    if (m_monitor->isRunning()) {
+        m_monitor->stop();
+        emit stateChanged();
+    }
     return true;
 }
+
 int ControllerSimulator::getUserOperateLevel()
 {
-    return s_level;
+    return m_userLevel;
 }
+
 bool ControllerSimulator::getRobotEleStatus()
 {
-    return s_powered;
+    return m_powered;
 }
+
 QStringList ControllerSimulator::getIOByType(const QString &type)
 {
-    return s_layout.ports(type);
+    return m_connected ? m_layout.ports(type) : QStringList();
 }
+
 QHash<QString, QStringList> ControllerSimulator::getRegisterHash()
 {
-    return {};
+    if (!m_connected)
+        return {};
+    QList<int> numbers;
+    for (int i = 1; i <= 32; ++i)
+        numbers.append(i);
+    return {{QStringLiteral("R"), numbered(QStringLiteral("R"), numbers)}};
 }
+
 QStringList ControllerSimulator::getPointNameList()
 {
-    return {};
+    return m_connected ? m_points : QStringList();
 }
-bool ControllerSimulator::addCurrentPoint(const QString &, bool, const QString &, const QString &)
+
+bool ControllerSimulator::addCurrentPoint(
+    const QString &name, bool overwrite, const QString &tool, const QString &wobj)
 {
-    return false;
+    static const QRegularExpression identifier(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]{0,31}$"));
+    if (!m_connected || !identifier.match(name).hasMatch())
+        return false;
+    if ((!tool.isEmpty() && !tools().contains(tool))
+        || (!wobj.isEmpty() && !wobjs().contains(wobj)))
+        return false;
+    if (m_points.contains(name))
+        return overwrite;
+    m_points.append(name);
+    QJsonObject entry;
+    if (!persistOrUndo([this] { m_points.removeLast(); }, &entry))
+        return false;
+    emit stateChanged();
+    return true;
 }
+
 QStringList ControllerSimulator::getZoneList()
 {
-    return {};
+    if (!m_connected)
+        return {};
+    return QStringList {QStringLiteral("fine")}
+    + numbered(QStringLiteral("z"), {0, 1, 5, 10, 15, 20, 30, 50, 100, 200});
 }
+
 QStringList ControllerSimulator::getSpeedList()
 {
-    return {};
+    if (!m_connected)
+        return {};
+    return numbered(QStringLiteral("v"),
+        {5, 10, 20, 30, 40, 50, 60, 80, 100, 150, 200, 300, 400, 500, 600, 800, 1000});
 }
+
 QStringList ControllerSimulator::getWobjList()
 {
-    return {};
+    return m_connected ? wobjs() : QStringList();
 }
+
 QStringList ControllerSimulator::getToolList()
 {
-    return {};
+    return m_connected ? tools() : QStringList();
 }
+
 QString ControllerSimulator::getCurWobj()
 {
-    return {};
+    return m_connected ? wobjs().first() : QString();
 }
+
 QString ControllerSimulator::getCurTool()
 {
-    return {};
+    return m_connected ? tools().first() : QString();
 }
 
 } // namespace kelcontroller

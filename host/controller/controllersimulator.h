@@ -1,27 +1,22 @@
 #pragma once
 
+#include "iolayout.h"
 #include "kelplugin/controllerbackend.h"
 
+#include <QHash>
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <memory>
+
+class QTimer;
+
 namespace kelcontroller {
 
-// Port names the simulated controller offers, per type.
-struct KELPLUGIN_EXPORT IoLayout
-{
-    int digitalOutputs = 32;
-    int digitalInputs = 32;
-    int analogOutputs = 8;
-    int analogInputs = 8;
-    int groupOutputs = 8;
-    int groupInputs = 8;
-
-    static IoLayout uniform(int portsPerType);
-    // "DO" gives DO1..DOn and so on; an unknown type gives an empty list.
-    QStringList ports(const QString &type) const;
-};
+class RecordStore;
+class WeldMonitor;
 
 // A robot controller in-process: it keeps the laser welding records, persists them to one
 // JSON file, answers every command with the controller's reply envelope and can be told to
@@ -30,6 +25,17 @@ class KELPLUGIN_EXPORT ControllerSimulator : public kelplugin::ControllerBackend
 {
     Q_OBJECT
 public:
+    // The "return" codes of refused commands (set_weld_enable answers with booleans instead).
+    enum ReturnCode {
+        Success = 0,
+        UnknownCommand = 1,
+        BadPayload = 2,
+        Refused = 3,
+        NotConfigured = 4,
+        StoreFailed = 5,
+    };
+    enum class Feeder { Idle, Feeding, Retracting };
+
     // An empty dataDir means the user's application data folder.
     explicit ControllerSimulator(const QString &dataDir = QString(), QObject *parent = nullptr);
     ~ControllerSimulator() override;
@@ -38,8 +44,13 @@ public:
     // The configuration records by key (weld_io_config, ...), as the controller holds them.
     QJsonObject record(const QString &key) const;
     static QStringList recordKeys();
+    // Writes the data file now; false, with lastError() set and problem() emitted, on failure.
+    bool save();
+    // The last problem reported, empty when there was none.
+    QString lastError() const { return m_lastError; }
 
     void setIoLayout(const IoLayout &layout);
+    IoLayout ioLayout() const { return m_layout; }
     void setUserLevel(int level);
     void setRobotPowered(bool powered);
 
@@ -52,6 +63,17 @@ public:
     void injectReturnCode(int code);
     void injectEmptyReply();
     void injectMalformedElement();
+
+    // What an operator would see on the equipment.
+    bool isGasOpen() const { return m_gasOpen; }
+    Feeder feeder() const { return m_feeder; }
+    bool isWeldingEnabled() const { return m_weldingEnabled; }
+    bool isMonitorRunning() const;
+    bool isRedLightOn() const { return m_redLight; }
+    bool isVirtualWelding() const { return m_virtualWelding; }
+    // The weld data set the monitor stream follows: LsData1 until another one is named.
+    QString activeWeldData() const { return m_activeWeldData; }
+    void setActiveWeldData(const QString &setName);
 
     // kelplugin::ControllerBackend
     QJsonArray commandCustomData(
@@ -82,6 +104,54 @@ signals:
     void problem(const QString &text);
     // Every command as received and answered, for the pendant's controller view.
     void commandHandled(const QString &command, const QJsonValue &payload, const QJsonArray &reply);
+
+private:
+    enum class Fault { None, ReturnCode, EmptyReply, MalformedElement };
+
+    void load();
+    QJsonObject document() const;
+    void report(const QString &text);
+    QJsonArray answer(const QString &pluginKey, const QJsonObject &command);
+    QJsonObject execute(const QString &pluginKey, const QJsonObject &command);
+    // Persists the change just made; on failure undoes it and fills entry with the refusal.
+    bool persistOrUndo(const std::function<void()> &undo, QJsonObject *entry);
+    bool storeRecord(const QString &key, const QJsonObject &value, QJsonObject *entry);
+
+    QJsonObject onRedLight(const QJsonValue &payload);
+    QJsonObject onManualGas(const QJsonValue &payload);
+    QJsonObject onWire(Feeder direction, const QJsonValue &payload);
+    QJsonObject onVirtualWelding(const QJsonValue &payload);
+    QJsonObject onIoConfig(const QJsonValue &payload);
+    QJsonObject onSettingConfig(const QJsonValue &payload);
+    QJsonObject onWeldEnable(const QJsonValue &payload);
+    QJsonObject onComputeCurve(const QJsonValue &payload);
+    QJsonObject onCurve(int curve, const QJsonValue &payload);
+    QJsonObject onWeldSets(
+        const QString &recordKey, const QString &prefix, int last, const QJsonValue &payload);
+    QJsonObject onMonitor(const QJsonValue &payload);
+
+    void setGasOpen(bool open);
+    void setFeeder(Feeder state);
+
+    std::unique_ptr<RecordStore> m_store;
+    std::unique_ptr<WeldMonitor> m_monitor;
+    QTimer *m_gasTimer = nullptr;
+    QHash<QString, QJsonObject> m_records;
+    QStringList m_points;
+    IoLayout m_layout;
+    QString m_lastError;
+    QString m_activeWeldData;
+    int m_userLevel = 3;
+    bool m_powered = false;
+    bool m_connected = true;
+    bool m_storeBlocked = false;
+    bool m_virtualWelding = false;
+    bool m_redLight = false;
+    bool m_gasOpen = false;
+    bool m_weldingEnabled = false;
+    Feeder m_feeder = Feeder::Idle;
+    Fault m_fault = Fault::None;
+    int m_faultCode = 0;
 };
 
 } // namespace kelcontroller

@@ -109,15 +109,31 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
 
 void ControlPanel::refreshState()
 {
-    const QJsonValue status = m_controller->getKelServiceData(QStringLiteral("laser_weld_data"));
-    QStringList lines;
-    if (!m_controller->isConnected()) {
-        lines.append(tr("(not connected)"));
-    } else {
-        const QJsonObject object = status.toObject();
-        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
-            lines.append(it.key() + QStringLiteral(": ") + compact(it.value()));
+    using Sim = kelcontroller::ControllerSimulator;
+    const auto onOff = [this](bool on) { return on ? tr("on") : tr("off"); };
+    QString feeder;
+    switch (m_controller->feeder()) {
+    case Sim::Feeder::Idle:
+        feeder = tr("idle");
+        break;
+    case Sim::Feeder::Feeding:
+        feeder = tr("feeding");
+        break;
+    case Sim::Feeder::Retracting:
+        feeder = tr("retracting");
+        break;
     }
+    QStringList lines;
+    if (!m_controller->isConnected())
+        lines.append(tr("Not connected"));
+    lines.append(tr("Work mode: %1")
+                     .arg(m_controller->isVirtualWelding() ? tr("virtual welding")
+                                                           : tr("real welding")));
+    lines.append(tr("Laser welding enabled: %1").arg(onOff(m_controller->isWeldingEnabled())));
+    lines.append(tr("Guide laser: %1").arg(onOff(m_controller->isRedLightOn())));
+    lines.append(tr("Assist gas: %1").arg(m_controller->isGasOpen() ? tr("open") : tr("closed")));
+    lines.append(tr("Wire feeder: %1").arg(feeder));
+    lines.append(tr("Monitor stream: %1").arg(onOff(m_controller->isMonitorRunning())));
     m_state->setText(lines.join(QLatin1Char('\n')));
     m_userLevel->setValue(m_controller->getUserOperateLevel());
     m_powered->setChecked(m_controller->getRobotEleStatus());

@@ -1,0 +1,770 @@
+#include "controller/controllersimulator.h"
+#include "controller/factoryrecords.h"
+#include "controller/recordschema.h"
+#include "kelplugin/controllerbackend.h"
+#include "kelplugin/interfacemanager.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using kelcontroller::ControllerSimulator;
+using kelcontroller::FactoryRecords;
+
+namespace {
+
+const QString key = QStringLiteral("kellaserweld");
+
+QJsonArray send(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
+{
+    return sim.commandCustomData(nullptr, key, QJsonObject {{command, payload}});
+}
+
+// The reply entry of command in a well-formed one-element reply.
+QJsonObject entryOf(const QJsonArray &reply, const QString &command)
+{
+    return reply.at(0).toObject().value(key).toObject().value(command).toObject();
+}
+
+int returnOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
+{
+    const QJsonValue code = entryOf(send(sim, command, payload), command).value("return");
+    return code.isDouble() ? code.toInt() : -1;
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList asideFiles(const QTemporaryDir &dir)
+{
+    return QDir(dir.path()).entryList({QStringLiteral("kelcontroller.json.corrupt-*")});
+}
+
+// Root ignores permission bits; the immutable attribute stops it too.
+bool makeUnwritable(const QString &dir)
+{
+    QFile::setPermissions(dir, QFile::ReadOwner | QFile::ExeOwner);
+    QProcess::execute(QStringLiteral("chattr"), {QStringLiteral("+i"), dir});
+    QFile probe(dir + QStringLiteral("/probe"));
+    const bool writable = probe.open(QIODevice::WriteOnly);
+    probe.remove();
+    return !writable;
+}
+
+void makeWritable(const QString &dir)
+{
+    QProcess::execute(QStringLiteral("chattr"), {QStringLiteral("-i"), dir});
+    QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+} // namespace
+
+class TestControllerSimulator : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void factoryRecordsFitTheirOwnRules();
+    void changesSurviveARestart();
+    void damagedFileIsKeptAsideAndFactoryRecordsUsed_data();
+    void damagedFileIsKeptAsideAndFactoryRecordsUsed();
+    void failedWriteKeepsOldFileAndRecord();
+    void unknownCommandIsRefusedWithAMessage();
+    void serviceKeys_data();
+    void serviceKeys();
+    void ioConfigSave_data();
+    void ioConfigSave();
+    void settingConfigSave_data();
+    void settingConfigSave();
+    void weldEnable_data();
+    void weldEnable();
+    void computeCurve_data();
+    void computeCurve();
+    void curveSave_data();
+    void curveSave();
+    void weldSets_data();
+    void weldSets();
+    void manualWire_data();
+    void manualWire();
+    void manualGasClosesAfterPurgeTime();
+    void workModeIsLockedWhilePowered();
+    void monitorFollowsActiveWeldData();
+    void faults_data();
+    void faults();
+    void droppedConnectionAnswersNothingUntilRestored();
+    void addCurrentPoint_data();
+    void addCurrentPoint();
+    void lists_data();
+    void lists();
+};
+
+void TestControllerSimulator::factoryRecordsFitTheirOwnRules()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    const QJsonObject io = sim.record("weld_io_config");
+    QCOMPARE(io.size(), 48);
+    QCOMPARE(kelcontroller::RecordSchema::checkIoConfig(io, sim.ioLayout()), QString());
+    const QJsonObject settings = sim.record("weld_setting_config");
+    QCOMPARE(settings.size(), 23);
+    QCOMPARE(kelcontroller::RecordSchema::checkSettingConfig(settings, sim.ioLayout()), QString());
+    QCOMPARE(settings.value("manual_gas_time").toInt(), 5000);
+    for (const auto &curve : kelcontroller::RecordSchema::curves())
+        QCOMPARE(kelcontroller::RecordSchema::checkCurve(curve,
+                     QJsonObject {
+                         {curve.countKey, sim.record("weld_curve_config").value(curve.countKey)},
+                         {curve.nodesKey, sim.record("weld_curve_config").value(curve.nodesKey)}}),
+            QString());
+    QVERIFY(sim.record("weld_param_config").value("LsData1").isObject());
+    QVERIFY(sim.record("weld_param_match").value("PowerData1").isObject());
+    // Nothing changed yet, so nothing is written.
+    QVERIFY(!QFile::exists(sim.dataFilePath()));
+}
+
+void TestControllerSimulator::changesSurviveARestart()
+{
+    QTemporaryDir dir;
+    QJsonObject io = FactoryRecords::ioConfig();
+    io.insert("laser_enable_port", "DO12");
+    {
+        ControllerSimulator sim(dir.path());
+        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
+        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
+        QCOMPARE(returnOf(sim, "set_weld_param_match_config",
+                     QJsonObject {{"PowerData7", QJsonObject {{"power_enable", true}}}}),
+            0);
+        QVERIFY(sim.addCurrentPoint("p42", false, "tool0", "wobj0"));
+        QVERIFY(QJsonDocument::fromJson(readAll(sim.dataFilePath())).isObject());
+    }
+    ControllerSimulator again(dir.path());
+    QCOMPARE(again.record("weld_io_config"), io);
+    QCOMPARE(again.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
+    QVERIFY(again.record("weld_param_match").contains("PowerData7"));
+    QVERIFY(again.record("weld_param_match").contains("PowerData1"));
+    QVERIFY(again.getPointNameList().contains("p42"));
+    QVERIFY(again.lastError().isEmpty());
+}
+
+void TestControllerSimulator::damagedFileIsKeptAsideAndFactoryRecordsUsed_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("keepsLsData9");
+
+    QTest::newRow("garbage") << QByteArray("{\"weld_io_config\": {\x01 nonsense") << false;
+    QTest::newRow("JSON array") << QByteArray("[{\"weld_io_config\": {}}]") << false;
+    QTest::newRow("record of wrong type") << QByteArray(
+        "{\"weld_io_config\": 5, \"weld_param_config\": {\"LsData9\": {\"Tips\": "
+        "\"kept\"}}}") << true;
+    QTest::newRow("points not names")
+        << QByteArray("{\"points\": [1, null], \"weld_param_config\": {\"LsData9\": {}}}") << true;
+}
+
+void TestControllerSimulator::damagedFileIsKeptAsideAndFactoryRecordsUsed()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, keepsLsData9);
+
+    QTemporaryDir dir;
+    {
+        QFile file(dir.filePath("kelcontroller.json"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    ControllerSimulator sim(dir.path());
+    QSignalSpy problems(&sim, &ControllerSimulator::problem);
+
+    QTRY_COMPARE(problems.count(), 1);
+    QVERIFY(problems.at(0).at(0).toString().contains("damaged"));
+    QCOMPARE(sim.lastError(), problems.at(0).at(0).toString());
+    const QStringList aside = asideFiles(dir);
+    QCOMPARE(aside.size(), 1);
+    QCOMPARE(readAll(dir.filePath(aside.first())), content);
+    QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
+    QCOMPARE(sim.record("weld_param_config").contains("LsData9"), keepsLsData9);
+    QCOMPARE(sim.record("weld_param_config").contains("LsData1"), !keepsLsData9);
+
+    // What was kept must survive the next start, and the aside copy is never overwritten.
+    ControllerSimulator again(dir.path());
+    QCOMPARE(again.record("weld_param_config").contains("LsData9"), keepsLsData9);
+    QCOMPARE(asideFiles(dir).size(), 1);
+}
+
+void TestControllerSimulator::failedWriteKeepsOldFileAndRecord()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
+    QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
+    const QByteArray before = readAll(sim.dataFilePath());
+    QVERIFY(!before.isEmpty());
+
+    const bool locked = makeUnwritable(dir.path());
+    QSignalSpy problems(&sim, &ControllerSimulator::problem);
+    QJsonObject io = FactoryRecords::ioConfig();
+    io.insert("gas_protect_port", "DO20");
+    const QJsonObject entry = entryOf(send(sim, "set_weld_io_config", io), "set_weld_io_config");
+    makeWritable(dir.path());
+    if (!locked)
+        QSKIP("the data folder cannot be made read-only here");
+
+    QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::StoreFailed));
+    QVERIFY(!entry.value("message").toString().isEmpty());
+    QCOMPARE(problems.count(), 1);
+    QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
+    QCOMPARE(readAll(sim.dataFilePath()), before);
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {"kelcontroller.json"});
+}
+
+void TestControllerSimulator::unknownCommandIsRefusedWithAMessage()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QSignalSpy problems(&sim, &ControllerSimulator::problem);
+    QSignalSpy handled(&sim, &ControllerSimulator::commandHandled);
+
+    const QJsonArray reply = send(sim, "set_weld_teleport", true);
+    const QJsonObject entry = entryOf(reply, "set_weld_teleport");
+    QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::UnknownCommand));
+    QVERIFY(entry.value("message").toString().contains("set_weld_teleport"));
+    QCOMPARE(problems.count(), 1);
+    QCOMPARE(handled.count(), 1);
+    QCOMPARE(handled.at(0).at(0).toString(), QString("set_weld_teleport"));
+    QCOMPARE(handled.at(0).at(2).toJsonArray(), reply);
+
+    const QJsonArray foreign
+        = sim.commandCustomData(nullptr, "kelspotweld", QJsonObject {{"set_weld_red_light", true}});
+    QCOMPARE(foreign.at(0)
+                 .toObject()
+                 .value("kelspotweld")
+                 .toObject()
+                 .value("set_weld_red_light")
+                 .toObject()
+                 .value("return")
+                 .toInt(),
+        int(ControllerSimulator::UnknownCommand));
+    QVERIFY(!sim.isRedLightOn());
+}
+
+void TestControllerSimulator::serviceKeys_data()
+{
+    QTest::addColumn<QString>("serviceKey");
+    QTest::addColumn<QJsonValue>("expected");
+    QTest::addColumn<bool>("reported");
+
+    QTest::newRow("red light status")
+        << "laser_weld_data.weld_redlight_status" << QJsonValue(true) << false;
+    QTest::newRow("member of a record")
+        << "weld_setting_config.manual_gas_time" << QJsonValue(5000) << false;
+    QTest::newRow("unknown record") << "weld_laser_config" << QJsonValue() << true;
+    QTest::newRow("missing member") << "laser_weld_data.arc_status" << QJsonValue() << true;
+    QTest::newRow("member of a boolean")
+        << "laser_weld_data.weld_redlight_status.on" << QJsonValue() << true;
+    QTest::newRow("empty key") << "" << QJsonValue() << true;
+    QTest::newRow("monitor not started") << "weld_monitor_data" << QJsonValue() << false;
+}
+
+void TestControllerSimulator::serviceKeys()
+{
+    QFETCH(QString, serviceKey);
+    QFETCH(QJsonValue, expected);
+    QFETCH(bool, reported);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
+    QSignalSpy problems(&sim, &ControllerSimulator::problem);
+    const QJsonValue value = sim.getKelServiceData(serviceKey);
+    if (expected.isNull())
+        QVERIFY(value.isUndefined());
+    else
+        QCOMPARE(value, expected);
+    QCOMPARE(problems.count(), reported ? 1 : 0);
+}
+
+void TestControllerSimulator::ioConfigSave_data()
+{
+    QTest::addColumn<QString>("changedKey");
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("valid port") << "laser_enable_port" << QJsonValue("DO32") << 0;
+    QTest::newRow("port unassigned") << "red_light_port" << QJsonValue("") << 0;
+    QTest::newRow("missing key") << "external_alarm_enabled" << QJsonValue() << 2;
+    QTest::newRow("port as number") << "power_port" << QJsonValue(1) << 2;
+    QTest::newRow("type out of range") << "power_type" << QJsonValue(2) << 2;
+    QTest::newRow("fractional type") << "power_type" << QJsonValue(0.5) << 2;
+    QTest::newRow("enable as string") << "power_enabled" << QJsonValue("true") << 2;
+    QTest::newRow("port beyond layout") << "laser_enable_port" << QJsonValue("DO33") << 2;
+    QTest::newRow("zero-padded port") << "laser_enable_port" << QJsonValue("DO01") << 2;
+    QTest::newRow("input port on output") << "gas_protect_port" << QJsonValue("DI2") << 2;
+    QTest::newRow("analogue port on group type") << "power_type" << QJsonValue(1) << 2;
+}
+
+void TestControllerSimulator::ioConfigSave()
+{
+    QFETCH(QString, changedKey);
+    QFETCH(QJsonValue, value);
+    QFETCH(int, code);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
+    QJsonObject io = FactoryRecords::ioConfig();
+    if (value.isNull())
+        io.remove(changedKey);
+    else
+        io.insert(changedKey, value);
+
+    QCOMPARE(returnOf(sim, "set_weld_io_config", io), code);
+    QCOMPARE(sim.record("weld_io_config"), code == 0 ? io : FactoryRecords::ioConfig());
+    QCOMPARE(changed.count(), code == 0 ? 1 : 0);
+    QCOMPARE(QFile::exists(sim.dataFilePath()), code == 0);
+}
+
+void TestControllerSimulator::settingConfigSave_data()
+{
+    QTest::addColumn<QJsonObject>("changes");
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("factory values") << QJsonObject {} << 0;
+    QTest::newRow("gas purge at its minimum") << QJsonObject {{"manual_gas_time", 1000}} << 0;
+    QTest::newRow("gas purge below its minimum") << QJsonObject {{"manual_gas_time", 999}} << 2;
+    QTest::newRow("fractional power") << QJsonObject {{"laser_power", 3000.5}} << 2;
+    QTest::newRow("huge power") << QJsonObject {{"laser_power", 1e300}} << 2;
+    QTest::newRow("selector beyond its items") << QJsonObject {{"wire_feeder_comm_type", 3}} << 2;
+    QTest::newRow("switch as number") << QJsonObject {{"feeder_enable", 1}} << 2;
+    QTest::newRow("equal detect and check-out times")
+        << QJsonObject {{"feedback_delay", 200}, {"laser_check_out_time", 200}} << 0;
+    QTest::newRow("detect time before check-out")
+        << QJsonObject {{"feedback_delay", 199}, {"laser_check_out_time", 200}} << 2;
+    QTest::newRow("trigger on an input") << QJsonObject {{"detection_do", "DI1"}} << 2;
+}
+
+void TestControllerSimulator::settingConfigSave()
+{
+    QFETCH(QJsonObject, changes);
+    QFETCH(int, code);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QJsonObject settings = FactoryRecords::settingConfig();
+    for (auto it = changes.constBegin(); it != changes.constEnd(); ++it)
+        settings.insert(it.key(), it.value());
+    QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), code);
+    QCOMPARE(
+        sim.record("weld_setting_config"), code == 0 ? settings : FactoryRecords::settingConfig());
+}
+
+void TestControllerSimulator::weldEnable_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("powered");
+    QTest::addColumn<QString>("laserPort");
+    QTest::addColumn<bool>("accepted");
+    QTest::addColumn<bool>("enabled");
+
+    QTest::newRow("on with laser port") << "TRUE" << false << "DO1" << true << true;
+    QTest::newRow("on while powered") << "TRUE" << true << "DO1" << false << false;
+    QTest::newRow("on without laser port") << "TRUE" << false << "" << false << false;
+    QTest::newRow("off while powered") << "FALSE" << true << "DO1" << true << false;
+    QTest::newRow("lower case") << "true" << false << "DO1" << false << false;
+}
+
+void TestControllerSimulator::weldEnable()
+{
+    QFETCH(QString, value);
+    QFETCH(bool, powered);
+    QFETCH(QString, laserPort);
+    QFETCH(bool, accepted);
+    QFETCH(bool, enabled);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QJsonObject io = FactoryRecords::ioConfig();
+    io.insert("laser_enable_port", laserPort);
+    QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
+    sim.setRobotPowered(powered);
+
+    const QJsonArray reply = sim.commandCustomData(nullptr, key, "set_weld_enable", value);
+    // The page accepts only a JSON boolean true here.
+    QCOMPARE(entryOf(reply, "set_weld_enable").value("return"), QJsonValue(accepted));
+    QCOMPARE(sim.isWeldingEnabled(), enabled);
+    QCOMPARE(sim.record("weld_setting_config").value("laser_main_enable").toBool(), enabled);
+}
+
+void TestControllerSimulator::computeCurve_data()
+{
+    QTest::addColumn<QJsonObject>("curve");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<double>("slope");
+    QTest::addColumn<double>("intercept");
+
+    QTest::newRow("two nodes") << QJsonObject {{"laser_power_node", 2},
+        {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {10, 6000}}}}
+                               << 0 << 600.0 << 0.0;
+    QTest::newRow("three nodes on a line") << QJsonObject {{"laser_feed_node", 3},
+        {"feed_nodes_data",
+            QJsonArray {QJsonArray {1, 30}, QJsonArray {5, 110}, QJsonArray {10, 210}}}}
+                                           << 0 << 20.0 << 10.0;
+    QTest::newRow("three scattered nodes") << QJsonObject {{"laser_frequency_node", 3},
+        {"frequency_nodes_data",
+            QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 1}, QJsonArray {2, 3}}}}
+                                           << 0 << 1.5 << -1.0 / 6.0;
+    QTest::newRow("node count below the rows") << QJsonObject {{"laser_dutycycle_node", 2},
+        {"dutycycle_nodes_data",
+            QJsonArray {QJsonArray {0, 1}, QJsonArray {10, 100}, QJsonArray {20, 0}}}}
+                                               << 0 << 9.9 << 1.0;
+    QTest::newRow("one node") << QJsonObject {{"laser_power_node", 1},
+        {"power_nodes_data", QJsonArray {QJsonArray {0, 0}}}}
+                              << 2 << 0.0 << 0.0;
+    QTest::newRow("equal raw values") << QJsonObject {{"laser_power_node", 2},
+        {"power_nodes_data", QJsonArray {QJsonArray {5, 0}, QJsonArray {5, 6000}}}}
+                                      << 2 << 0.0 << 0.0;
+    QTest::newRow("row with text") << QJsonObject {{"laser_power_node", 2},
+        {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {"10", 6000}}}}
+                                   << 2 << 0.0 << 0.0;
+    QTest::newRow("no node array") << QJsonObject {{"laser_power_node", 2}} << 2 << 0.0 << 0.0;
+    QTest::newRow("raw values beyond a double's reach") << QJsonObject {{"laser_power_node", 2},
+        {"power_nodes_data", QJsonArray {QJsonArray {-1e308, 0}, QJsonArray {1e308, 1}}}}
+                                                        << 2 << 0.0 << 0.0;
+}
+
+void TestControllerSimulator::computeCurve()
+{
+    QFETCH(QJsonObject, curve);
+    QFETCH(int, code);
+    QFETCH(double, slope);
+    QFETCH(double, intercept);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    const QJsonObject entry
+        = entryOf(send(sim, "compute_curve_config", curve), "compute_curve_config");
+    QCOMPARE(entry.value("return").toInt(), code);
+    if (code != 0) {
+        QVERIFY(!entry.contains("slope"));
+        QVERIFY(!entry.contains("intercept"));
+        return;
+    }
+    QVERIFY(qAbs(entry.value("slope").toDouble() - slope) < 1e-9);
+    QVERIFY(qAbs(entry.value("intercept").toDouble() - intercept) < 1e-9);
+}
+
+void TestControllerSimulator::curveSave_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QJsonObject>("curve");
+    QTest::addColumn<int>("code");
+
+    const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
+    QTest::newRow("feed curve") << "set_weld_curve_feed_config"
+                                << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}
+                                << 0;
+    QTest::newRow("duty-cycle curve")
+        << "set_weld_curve_dutycycle_config"
+        << QJsonObject {{"laser_dutycycle_node", 3}, {"dutycycle_nodes_data", three}} << 0;
+    QTest::newRow("count and rows disagree")
+        << "set_weld_curve_feed_config"
+        << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}} << 2;
+    QTest::newRow("eleven nodes") << "set_weld_curve_feed_config"
+                                  << QJsonObject {{"laser_feed_node", 11},
+                                         {"feed_nodes_data", three}}
+                                  << 2;
+    QTest::newRow("row of three numbers")
+        << "set_weld_curve_power_config"
+        << QJsonObject {{"laser_power_node", 2},
+               {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}}
+        << 2;
+    QTest::newRow("keys of another curve")
+        << "set_weld_curve_power_config"
+        << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 2;
+}
+
+void TestControllerSimulator::curveSave()
+{
+    QFETCH(QString, command);
+    QFETCH(QJsonObject, curve);
+    QFETCH(int, code);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QCOMPARE(returnOf(sim, command, curve), code);
+    QJsonObject expected = FactoryRecords::curveConfig();
+    if (code == 0) {
+        for (auto it = curve.constBegin(); it != curve.constEnd(); ++it)
+            expected.insert(it.key(), it.value());
+    }
+    QCOMPARE(sim.record("weld_curve_config"), expected);
+}
+
+void TestControllerSimulator::weldSets_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("setName");
+    QTest::addColumn<QJsonValue>("set");
+    QTest::addColumn<int>("code");
+
+    const QJsonValue set = QJsonObject {{"Tips", "new"}};
+    const QString list = "set_weld_param_list_config";
+    const QString match = "set_weld_param_match_config";
+    QTest::newRow("first weld data set") << list << "LsData1" << set << 0;
+    QTest::newRow("last weld data set") << list << "LsData30" << set << 0;
+    QTest::newRow("weld data set zero") << list << "LsData0" << set << 2;
+    QTest::newRow("weld data set 31") << list << "LsData31" << set << 2;
+    QTest::newRow("zero-padded name") << list << "LsData07" << set << 2;
+    QTest::newRow("matching name in the list") << list << "PowerData1" << set << 2;
+    QTest::newRow("set not an object") << list << "LsData4" << QJsonValue(4) << 2;
+    QTest::newRow("last matching set") << match << "PowerData10" << set << 0;
+    QTest::newRow("matching set 11") << match << "PowerData11" << set << 2;
+}
+
+void TestControllerSimulator::weldSets()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, setName);
+    QFETCH(QJsonValue, set);
+    QFETCH(int, code);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    const QString record
+        = command.contains("match") ? QString("weld_param_match") : QString("weld_param_config");
+    const QJsonObject before = sim.record(record);
+    QCOMPARE(returnOf(sim, command, QJsonObject {{setName, set}}), code);
+    QJsonObject expected = before;
+    if (code == 0)
+        expected.insert(setName, set);
+    QCOMPARE(sim.record(record), expected);
+}
+
+void TestControllerSimulator::manualWire_data()
+{
+    QTest::addColumn<bool>("feederEnabled");
+    QTest::addColumn<bool>("welding");
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("feeder ready") << true << false << 0;
+    QTest::newRow("feeder disabled") << false << false << 4;
+    QTest::newRow("welding enabled") << true << true << 3;
+}
+
+void TestControllerSimulator::manualWire()
+{
+    QFETCH(bool, feederEnabled);
+    QFETCH(bool, welding);
+    QFETCH(int, code);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QJsonObject settings = FactoryRecords::settingConfig();
+    settings.insert("feeder_enable", feederEnabled);
+    QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
+    if (welding)
+        sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
+
+    QCOMPARE(returnOf(sim, "set_weld_feed_wire", true), code);
+    QCOMPARE(sim.feeder(),
+        code == 0 ? ControllerSimulator::Feeder::Feeding : ControllerSimulator::Feeder::Idle);
+    QCOMPARE(returnOf(sim, "set_weld_retract_wire", true), code);
+    QCOMPARE(sim.feeder(),
+        code == 0 ? ControllerSimulator::Feeder::Retracting : ControllerSimulator::Feeder::Idle);
+    // Releasing the button must always stop the wire.
+    QCOMPARE(returnOf(sim, "set_weld_retract_wire", false), 0);
+    QCOMPARE(sim.feeder(), ControllerSimulator::Feeder::Idle);
+    QCOMPARE(returnOf(sim, "set_weld_feed_wire", "yes"), 2);
+}
+
+void TestControllerSimulator::manualGasClosesAfterPurgeTime()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QJsonObject settings = FactoryRecords::settingConfig();
+    settings.insert("manual_gas_time", 1000);
+    QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
+    QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
+
+    QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 0);
+    QVERIFY(sim.isGasOpen());
+    QTRY_VERIFY_WITH_TIMEOUT(!sim.isGasOpen(), 5000);
+    QCOMPARE(changed.count(), 2);
+
+    QJsonObject io = FactoryRecords::ioConfig();
+    io.insert("gas_protect_port", "");
+    QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
+    QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 4);
+    QVERIFY(!sim.isGasOpen());
+}
+
+void TestControllerSimulator::workModeIsLockedWhilePowered()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    sim.setRobotPowered(true);
+    QCOMPARE(returnOf(sim, "set_virtual_welding", true), 3);
+    QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(false));
+    sim.setRobotPowered(false);
+    QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
+    QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
+}
+
+void TestControllerSimulator::monitorFollowsActiveWeldData()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QCOMPARE(returnOf(sim, "start_laserweld_monitor", true), 0);
+    const QJsonObject idle = sim.getKelServiceData("weld_monitor_data").toObject();
+    QCOMPARE(idle.value("data_set").toString(), QString("LsData1"));
+    QCOMPARE(idle.value("power").toDouble(), 1500.0);
+    QCOMPARE(idle.value("weld_speed").toDouble(), 20.0);
+
+    QJsonObject set = FactoryRecords::paramConfig().value("LsData2").toObject();
+    set.insert("laser_power_weld", 4000);
+    QCOMPARE(returnOf(sim, "set_weld_param_list_config", QJsonObject {{"LsData5", set}}), 0);
+    sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
+    const QJsonObject welding = sim.getKelServiceData("weld_monitor_data").toObject();
+    QCOMPARE(welding.value("data_set").toString(), QString("LsData5"));
+    QVERIFY(welding.value("welding").toBool());
+    QVERIFY(qAbs(welding.value("power").toDouble() - 4000.0) <= 4000.0 * 0.02 + 0.05);
+    QVERIFY(qAbs(welding.value("wire_speed").toDouble() - 40.0) <= 40.0 * 0.02 + 0.05);
+
+    QVERIFY(sim.disconnectKelServiceData(key, "weld_monitor_data", QString()));
+    QVERIFY(!sim.isMonitorRunning());
+    QVERIFY(sim.getKelServiceData("weld_monitor_data").isUndefined());
+}
+
+void TestControllerSimulator::faults_data()
+{
+    QTest::addColumn<int>("fault");
+    QTest::addColumn<bool>("applied");
+
+    QTest::newRow("forced return code") << 0 << false;
+    QTest::newRow("empty reply") << 1 << true;
+    QTest::newRow("malformed element") << 2 << true;
+}
+
+void TestControllerSimulator::faults()
+{
+    QFETCH(int, fault);
+    QFETCH(bool, applied);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    if (fault == 0)
+        sim.injectReturnCode(7);
+    else if (fault == 1)
+        sim.injectEmptyReply();
+    else
+        sim.injectMalformedElement();
+
+    const QJsonArray reply = send(sim, "set_weld_red_light", true);
+    switch (fault) {
+    case 0:
+        QCOMPARE(entryOf(reply, "set_weld_red_light").value("return").toInt(), 7);
+        break;
+    case 1:
+        QVERIFY(reply.isEmpty());
+        break;
+    default:
+        QVERIFY(!reply.isEmpty());
+        for (const QJsonValue &element : reply)
+            QVERIFY(!element.toObject().value(key).isObject());
+        break;
+    }
+    QCOMPARE(sim.isRedLightOn(), applied);
+    // One shot: the next command is answered normally.
+    QCOMPARE(returnOf(sim, "set_weld_red_light", false), 0);
+}
+
+void TestControllerSimulator::droppedConnectionAnswersNothingUntilRestored()
+{
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    kelplugin::setControllerBackend(&sim);
+    QSignalSpy restored(
+        &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
+
+    sim.setConnected(false);
+    QVERIFY(send(sim, "set_weld_red_light", true).isEmpty());
+    QVERIFY(!sim.isRedLightOn());
+    QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isUndefined());
+    QCOMPARE(restored.count(), 0);
+
+    sim.setConnected(true);
+    QCOMPARE(restored.count(), 1);
+    QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isObject());
+    kelplugin::setControllerBackend(nullptr);
+}
+
+void TestControllerSimulator::addCurrentPoint_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("overwrite");
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<bool>("accepted");
+    QTest::addColumn<int>("pointCount");
+
+    QTest::newRow("new name") << "pWeld1" << false << "tool1" << true << 4;
+    QTest::newRow("duplicate") << "p20" << false << "tool0" << false << 3;
+    QTest::newRow("duplicate overwritten") << "p20" << true << "tool0" << true << 3;
+    QTest::newRow("empty name") << "" << false << "tool0" << false << 3;
+    QTest::newRow("not an identifier") << "1p" << false << "tool0" << false << 3;
+    QTest::newRow("unknown tool") << "p99" << false << "tool7" << false << 3;
+}
+
+void TestControllerSimulator::addCurrentPoint()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, overwrite);
+    QFETCH(QString, tool);
+    QFETCH(bool, accepted);
+    QFETCH(int, pointCount);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    QCOMPARE(sim.addCurrentPoint(name, overwrite, tool, "wobj0"), accepted);
+    QCOMPARE(sim.getPointNameList().size(), pointCount);
+}
+
+void TestControllerSimulator::lists_data()
+{
+    QTest::addColumn<int>("portsPerType");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<QStringList>("expected");
+
+    QStringList outputs;
+    for (int i = 1; i <= 32; ++i)
+        outputs.append(QStringLiteral("DO%1").arg(i));
+    QTest::newRow("default digital outputs") << -1 << "DO" << true << outputs;
+    QTest::newRow("uniform group inputs") << 3 << "GI" << true << QStringList {"GI1", "GI2", "GI3"};
+    QTest::newRow("unknown type") << 3 << "XO" << true << QStringList {};
+    QTest::newRow("no ports") << 0 << "AO" << true << QStringList {};
+    QTest::newRow("disconnected") << 3 << "DI" << false << QStringList {};
+}
+
+void TestControllerSimulator::lists()
+{
+    QFETCH(int, portsPerType);
+    QFETCH(QString, type);
+    QFETCH(bool, connected);
+    QFETCH(QStringList, expected);
+
+    QTemporaryDir dir;
+    ControllerSimulator sim(dir.path());
+    if (portsPerType >= 0)
+        sim.setIoLayout(kelcontroller::IoLayout::uniform(portsPerType));
+    sim.setConnected(connected);
+    QCOMPARE(sim.getIOByType(type), expected);
+    QCOMPARE(sim.getRegisterHash().value("R").size(), connected ? 32 : 0);
+}
+
+QTEST_GUILESS_MAIN(TestControllerSimulator)
+#include "tst_controllersimulator.moc"
