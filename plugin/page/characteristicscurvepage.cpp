@@ -301,47 +301,56 @@ void CharacteristicsCurvePage::cancel(Curve curve)
 void CharacteristicsCurvePage::refreshTable(Curve curve, int index)
 {
     QTableWidget *table = m_curves[curve].table;
-    table->clearContents();
-    table->setRowCount(0);
-    for (int k = 0; k < index + 2; ++k)
-        appendRow(table, 0.0, 0);
+    const int count = qMax(0, index + 2);
+    resizeTable(table, count);
+    for (int row = 0; row < count; ++row)
+        setNode(table, row, 0.0, 0);
 }
 
-void CharacteristicsCurvePage::appendRow(QTableWidget *table, double raw, int physical)
+void CharacteristicsCurvePage::resizeTable(QTableWidget *table, int rows)
 {
-    const int row = table->rowCount();
-    table->insertRow(row);
-
-    auto *number = new QTableWidgetItem(QString::number(row + 1));
-    number->setFlags(number->flags() & ~Qt::ItemIsEditable);
-    table->setItem(row, 0, number);
-
-    auto *rawBox = new QDoubleSpinBox(table);
-    rawBox->setRange(0.0, 65535.99);
-    rawBox->setDecimals(2);
-    rawBox->setSingleStep(0.01);
-    rawBox->setValue(raw);
-    table->setCellWidget(row, kRawColumn, rawBox);
-
-    auto *physicalBox = new QSpinBox(table);
+    // Rows that stay keep their editors: building spin boxes anew on every show costs more
+    // than a frame, and every value is written again by the caller anyway.
+    table->setRowCount(rows);
     const auto range = physicalRange(table->objectName());
-    physicalBox->setRange(range.first, range.second);
-    physicalBox->setValue(physical);
-    table->setCellWidget(row, kPhysicalColumn, physicalBox);
+    for (int row = 0; row < rows; ++row) {
+        if (!table->item(row, 0)) {
+            auto *number = new QTableWidgetItem(QString::number(row + 1));
+            number->setFlags(number->flags() & ~Qt::ItemIsEditable);
+            table->setItem(row, 0, number);
+        }
+        if (!rawSpin(table, row)) {
+            auto *rawBox = new QDoubleSpinBox(table);
+            rawBox->setRange(0.0, 65535.99);
+            rawBox->setDecimals(2);
+            rawBox->setSingleStep(0.01);
+            table->setCellWidget(row, kRawColumn, rawBox);
+        }
+        if (!physicalSpin(table, row)) {
+            auto *physicalBox = new QSpinBox(table);
+            physicalBox->setRange(range.first, range.second);
+            table->setCellWidget(row, kPhysicalColumn, physicalBox);
+        }
+        table->setRowHeight(row, kRowHeight);
+    }
+}
 
-    table->setRowHeight(row, kRowHeight);
+void CharacteristicsCurvePage::setNode(QTableWidget *table, int row, double raw, int physical)
+{
+    // The spin box ranges clamp what a record or a wiped row asks for.
+    rawSpin(table, row)->setValue(raw);
+    physicalSpin(table, row)->setValue(physical);
 }
 
 void CharacteristicsCurvePage::fillTable(Curve curve, int nodeCount, const QJsonValue &rows)
 {
     QTableWidget *table = m_curves[curve].table;
-    table->clearContents();
-    table->setRowCount(0);
     const QJsonArray array = rows.toArray();
     const int count = qBound(0, nodeCount, kMaxNodes);
+    resizeTable(table, count);
     for (int k = 0; k < count; ++k) {
         const QJsonArray node = k < array.size() ? array.at(k).toArray() : QJsonArray();
-        appendRow(table, finiteDouble(node.at(0)), truncatedInt(node.at(1)));
+        setNode(table, k, finiteDouble(node.at(0)), truncatedInt(node.at(1)));
     }
 }
 

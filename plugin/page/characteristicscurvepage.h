@@ -82,7 +82,9 @@ private:
     void save(Curve curve);
     void cancel(Curve curve);
     void fillTable(Curve curve, int nodeCount, const QJsonValue &rows);
-    void appendRow(QTableWidget *table, double raw, int physical);
+    // Gives the table rows numbered 1.. with their editors, keeping the rows it has.
+    static void resizeTable(QTableWidget *table, int rows);
+    static void setNode(QTableWidget *table, int row, double raw, int physical);
     bool isLocked() const;
 
     Ui::CharacteristicsCurvePage m_ui;
