@@ -1,3 +1,5 @@
+#include "controller/controllersimulator.h"
+#include "kelplugin/controllerbackend.h"
 #include "page/characteristicscurvepage.h"
 #include "page/curveaxes.h"
 #include "page/weldsettingpage.h"
@@ -16,6 +18,7 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <limits>
@@ -120,6 +123,7 @@ private slots:
     void showRecomputesChartsWithALine();
     void editLock_data();
     void editLock();
+    void savedTableComesBackFromTheSimulator();
 };
 
 void TestCurvePage::badTableStopsCompute_data()
@@ -525,6 +529,41 @@ void TestCurvePage::editLock()
     QCOMPARE(page.isEnabled(), enabled);
     if (mainSwitch >= 0)
         delete settings;
+}
+
+void TestCurvePage::savedTableComesBackFromTheSimulator()
+{
+    QTemporaryDir dir;
+    kelcontroller::ControllerSimulator sim(dir.path());
+    kelplugin::setControllerBackend(&sim);
+    RecordingShell shell;
+    QJsonObject io = sim.record(QStringLiteral("weld_io_config"));
+    io.insert(QStringLiteral("power_enabled"), true);
+    sim.commandCustomData(nullptr, QStringLiteral("kellaserweld"),
+        QJsonObject {{QStringLiteral("set_weld_io_config"), io}});
+    {
+        CharacteristicsCurvePage page(nullptr);
+        page.show();
+        auto *table = page.findChild<QTableWidget *>(QStringLiteral("tableWidget_laserpower"));
+        page.findChild<QComboBox *>(QStringLiteral("comboBox_node"))->setCurrentIndex(1);
+        setNode(table, 0, 0, 0);
+        setNode(table, 1, 5.25, 2000);
+        setNode(table, 2, 10, 6000);
+
+        page.findChild<QPushButton *>(QStringLiteral("pushButton_Save_laserpower"))->click();
+
+        QCOMPARE(testenv::shownMessages(shell), QStringList {"0|Saved successfully"});
+        const QJsonObject stored = sim.record(QStringLiteral("weld_curve_config"));
+        QCOMPARE(stored.value(QStringLiteral("laser_power_node")), QJsonValue(3));
+        QCOMPARE(stored.value(QStringLiteral("power_nodes_data")),
+            json("[[0, 0], [5.25, 2000], [10, 6000]]"));
+        QVERIFY(page.findChild<CustomChart *>(QStringLiteral("Chart_laserpower"))->hasLine());
+
+        setNode(table, 1, 6, 100);
+        page.findChild<QPushButton *>(QStringLiteral("pushButton_cancel"))->click();
+        QCOMPARE(tableRows(table), QStringList({"1:0.00,0", "2:5.25,2000", "3:10.00,6000"}));
+    }
+    kelplugin::setControllerBackend(nullptr);
 }
 
 QTEST_MAIN(TestCurvePage)
