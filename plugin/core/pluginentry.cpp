@@ -23,6 +23,7 @@ static void initKellaserweldResources()
 {
     Q_INIT_RESOURCE(kellaserweld);
     Q_INIT_RESOURCE(kellaserweld_lang);
+    Q_INIT_RESOURCE(kellaserweld_icons);
 }
 Q_CONSTRUCTOR_FUNCTION(initKellaserweldResources)
 

@@ -23,5 +23,8 @@ void ShowStatusBar::showSimulatedWelding()
 
 void ShowStatusBar::showIcon(const QString &path)
 {
-    m_ui.label->setPixmap(QPixmap(path).scaledToHeight(25, Qt::SmoothTransformation));
+    const QPixmap pixmap(path);
+    // A missing icon clears the label rather than warning on every mode change.
+    m_ui.label->setPixmap(
+        pixmap.isNull() ? pixmap : pixmap.scaledToHeight(25, Qt::SmoothTransformation));
 }

@@ -10,6 +10,7 @@ static void initKellaserweldResourcesForTests()
 {
     Q_INIT_RESOURCE(kellaserweld);
     Q_INIT_RESOURCE(kellaserweld_lang);
+    Q_INIT_RESOURCE(kellaserweld_icons);
 }
 
 namespace testenv {
