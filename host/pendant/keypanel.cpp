@@ -27,7 +27,7 @@ void KeyPanel::setButtons(const QList<kelplugin::PhysicalButton> &buttons)
         key->setText(button.name);
         key->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         key->setIconSize(QSize(40, 40));
-        key->setFixedSize(104, 80);
+        key->setFixedSize(124, 84);
         key->setIcon(QIcon(button.unpressedIcon));
         const auto callback = button.callback;
         const QString pressedIcon = button.pressedIcon;

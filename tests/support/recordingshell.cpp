@@ -1,5 +1,16 @@
 #include "recordingshell.h"
 
+namespace {
+// Widgets without a meta-object of their own are known by their form's object name.
+QString widgetName(const QWidget *widget)
+{
+    if (!widget)
+        return QString();
+    return widget->objectName().isEmpty() ? QString::fromLatin1(widget->metaObject()->className())
+                                          : widget->objectName();
+}
+} // namespace
+
 RecordingShell::RecordingShell()
 {
     kelplugin::setShellBackend(this);
@@ -52,8 +63,7 @@ int RecordingShell::throwLog(
 int RecordingShell::createCenterWidget(const QString &pluginKey, QWidget *widget)
 {
     centerWidget = widget;
-    calls.append({QStringLiteral("CreateCenterWidget"),
-        {pluginKey, widget ? widget->metaObject()->className() : QString()}});
+    calls.append({QStringLiteral("CreateCenterWidget"), {pluginKey, widgetName(widget)}});
     return 0;
 }
 
@@ -61,8 +71,7 @@ int RecordingShell::createStatusBar(const QString &pluginKey, QWidget *widget, i
 {
     statusBarWidget = widget;
     calls.append({QStringLiteral("CreateStatusBar"),
-        {pluginKey, widget ? widget->metaObject()->className() : QString(),
-            QString::number(slot)}});
+        {pluginKey, widgetName(widget), QString::number(slot)}});
     return 0;
 }
 
