@@ -1,14 +1,12 @@
+#include "benchmain.h"
 #include "page/characteristicscurvepage.h"
 #include "page/curveaxes.h"
 #include "support/scriptedcontroller.h"
 
-#include <QApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPushButton>
 #include <QShowEvent>
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -99,14 +97,4 @@ BENCHMARK(axisChoice);
 
 } // namespace
 
-int main(int argc, char **argv)
-{
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
+KEL_BENCHMARK_MAIN()
