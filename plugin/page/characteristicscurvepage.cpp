@@ -12,6 +12,7 @@
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QHeaderView>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSpinBox>
@@ -161,6 +162,11 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
             saveAndCancel[i].first, &QPushButton::clicked, this, [this, curve] { save(curve); });
         connect(
             saveAndCancel[i].second, &QPushButton::clicked, this, [this, curve] { cancel(curve); });
+        // The value columns share the width, so a port name or "Not configured" fits.
+        QHeaderView *header = m_curves[i].table->horizontalHeader();
+        header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+        header->setSectionResizeMode(kRawColumn, QHeaderView::Stretch);
+        header->setSectionResizeMode(kPhysicalColumn, QHeaderView::Stretch);
         // The tables start with as many rows as their combo says, before any record arrives.
         refreshTable(curve, m_curves[i].nodeCount->currentIndex());
     }
