@@ -86,7 +86,6 @@ private slots:
     void weldModeSwitchesTheWire();
     void editingNeedsLevelThree_data();
     void editingNeedsLevelThree();
-    void monitorButtonOpensThePluginsMonitor();
 };
 
 void TestWeldParameterPage::listRefresh_data()
@@ -411,22 +410,6 @@ void TestWeldParameterPage::editingNeedsLevelThree()
     QCOMPARE(t.child<QTabWidget>("tabWidget")->isEnabled(), editable);
     QCOMPARE(t.child<QPushButton>("pushButton_detailed")->isEnabled(), editable);
     QCOMPARE(t.child<QPushButton>("pushButton_save")->isEnabled(), editable);
-    // Watching the weld changes nothing.
-    QVERIFY(t.child<QPushButton>("pushButton_monitor")->isEnabled());
-}
-
-void TestWeldParameterPage::monitorButtonOpensThePluginsMonitor()
-{
-    ParamPageFixture t;
-    auto *monitor = new ButtonMonitorPage(&t.mainPage);
-    t.show();
-
-    t.child<QPushButton>("pushButton_monitor")->click();
-
-    QCOMPARE(t.controller.sentCommands(), QStringList {"start_laserweld_monitor"});
-    QCOMPARE(t.controller.sent.first().sender, monitor);
-    QVERIFY(monitor->isVisible());
-    monitor->reject();
 }
 
 QTEST_MAIN(TestWeldParameterPage)

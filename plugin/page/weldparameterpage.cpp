@@ -1,6 +1,5 @@
 #include "weldparameterpage.h"
 
-#include "buttonmonitorpage.h"
 #include "core/commandchannel.h"
 #include "widget/headerwidgetview.h"
 #include "widget/switchbutton.h"
@@ -206,7 +205,6 @@ void WeldParameterPage::initConnect()
     connect(m_ui.pushButton_detailed, &QPushButton::clicked, this, &WeldParameterPage::onDetailed);
     connect(m_ui.pushButton_back, &QPushButton::clicked, this, &WeldParameterPage::onBack);
     connect(m_ui.pushButton_save, &QPushButton::clicked, this, &WeldParameterPage::onSave);
-    connect(m_ui.pushButton_monitor, &QPushButton::clicked, this, &WeldParameterPage::onMonitor);
     connect(m_ui.stackedWidget, &QStackedWidget::currentChanged, this,
         &WeldParameterPage::updateButtons);
     const QList<QComboBox *> selectors {m_ui.comboBox_weld_mode, m_ui.comboBox_ramp_mode_start,
@@ -497,24 +495,6 @@ void WeldParameterPage::checkSaveResult(const QJsonArray &reply, const QString &
     kellaser::CommandChannel::checkReply(reply, command,
         QStringLiteral("WeldParameterPage::checkSaveResult failed. "), tr("Saved successfully"),
         tr("Save failed. Please check the parameter configuration."));
-}
-
-void WeldParameterPage::onMonitor()
-{
-    monitorDialog()->openMonitor();
-}
-
-ButtonMonitorPage *WeldParameterPage::monitorDialog()
-{
-    // The plug-in keeps one monitor as a child of its main page, an ancestor of this page.
-    for (QWidget *ancestor = parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-        if (auto *dialog
-            = ancestor->findChild<ButtonMonitorPage *>(QString(), Qt::FindDirectChildrenOnly))
-            return dialog;
-    }
-    if (!m_ownMonitor)
-        m_ownMonitor = new ButtonMonitorPage(this);
-    return m_ownMonitor;
 }
 
 // ---- parameter matching ----

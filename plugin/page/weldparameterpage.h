@@ -5,7 +5,6 @@
 #include <QStringList>
 #include <QWidget>
 
-class ButtonMonitorPage;
 class QJsonArray;
 class QJsonObject;
 class QTableWidget;
@@ -68,7 +67,6 @@ private:
     void onDetailed();
     void onBack();
     void onSave();
-    void onMonitor();
     void openMatchingSet(const QString &name);
     void resetMatchingTable();
     bool hasHeaderSwitches() const;
@@ -76,8 +74,6 @@ private:
     void checkSaveResult(const QJsonArray &reply, const QString &command);
     void updateDependentWidgets();
     void updateButtons();
-    ButtonMonitorPage *monitorDialog();
 
     Ui::WeldParameterPage m_ui;
-    ButtonMonitorPage *m_ownMonitor = nullptr;
 };
