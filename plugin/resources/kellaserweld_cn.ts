@@ -41,6 +41,105 @@
     </message>
 </context>
 <context>
+    <name>CharacteristicsCurvePage</name>
+    <message>
+        <source>Laser Power</source>
+        <translation>激光功率</translation>
+    </message>
+    <message>
+        <source>Node Number:</source>
+        <translation>节点数：</translation>
+    </message>
+    <message>
+        <source>Node</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>GO/AO/Reg</source>
+        <translation>GO/AO/寄存器</translation>
+    </message>
+    <message>
+        <source>Power(W)</source>
+        <translation>功率 (W)</translation>
+    </message>
+    <message>
+        <source>Compute</source>
+        <translation>计算</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Feeding Speed</source>
+        <translation>送丝速度</translation>
+    </message>
+    <message>
+        <source> Feed Speed(mm/s)</source>
+        <translation> 送丝速度 (mm/s)</translation>
+    </message>
+    <message>
+        <source>PWM Frequency</source>
+        <translation>PWM 频率</translation>
+    </message>
+    <message>
+        <source>Frequency(Hz)</source>
+        <translation>频率 (Hz)</translation>
+    </message>
+    <message>
+        <source>PWM Duty Cycle</source>
+        <translation>PWM 占空比</translation>
+    </message>
+    <message>
+        <source>DutyCycle(%)</source>
+        <translation>占空比 (%)</translation>
+    </message>
+    <message>
+        <source>Saved successfully</source>
+        <translation>保存成功</translation>
+    </message>
+    <message>
+        <source>Save failed. Please check the parameter configuration.</source>
+        <translation>保存失败，请检查参数配置。</translation>
+    </message>
+    <message>
+        <source>Validation failed,The table requires at least two rows of data!</source>
+        <translation>校验失败，表格至少需要两行数据！</translation>
+    </message>
+    <message>
+        <source>The data in line %1 must be greater than the data in row %2!</source>
+        <translation>第 %1 行的数据必须大于第 %2 行的数据！</translation>
+    </message>
+    <message>
+        <source>Power W</source>
+        <translation>功率 W</translation>
+    </message>
+    <message>
+        <source>Feedspeed mm/s</source>
+        <translation>送丝速度 mm/s</translation>
+    </message>
+    <message>
+        <source>Frequency Hz</source>
+        <translation>频率 Hz</translation>
+    </message>
+    <message>
+        <source>Dutycycle %</source>
+        <translation>占空比 %</translation>
+    </message>
+    <message>
+        <source>Cancel successful</source>
+        <translation>取消成功</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>未配置</translation>
+    </message>
+</context>
+<context>
     <name>CustomChart</name>
     <message>
         <source>Form</source>
@@ -99,6 +198,10 @@
     <message>
         <source>Laser Tracking</source>
         <translation>激光跟踪</translation>
+    </message>
+    <message>
+        <source>Monitor</source>
+        <translation>监控</translation>
     </message>
 </context>
 <context>
@@ -262,10 +365,6 @@
     <message>
         <source>Process Number:</source>
         <translation>工艺号：</translation>
-    </message>
-    <message>
-        <source>Monitor</source>
-        <translation>监控</translation>
     </message>
     <message>
         <source>Detailed</source>
