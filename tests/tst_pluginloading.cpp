@@ -116,6 +116,15 @@ void TestPluginLoading::pendantScreenshotRunWritesPngsAndLogs()
     const QStringList shots = QDir(work.filePath(QStringLiteral("shots")))
                                   .entryList({QStringLiteral("*.png")}, QDir::Files);
     QVERIFY(shots.contains(QStringLiteral("kelpendant.png")));
+    // The gallery reaches every page, tab, editor and dialog, named alike in every language.
+    for (const char *expected : {"LaserWeldPage-1-WeldSettingPage.png",
+             "LaserWeldPage-1-WeldSettingPage-full.png", "LaserWeldPage-2-WeldioPage.png",
+             "LaserWeldPage-3-CharacteristicsCurvePage-tab4-dutycycle.png",
+             "LaserWeldPage-4-WeldParameterPage-tab1-tab_weldData-editor.png",
+             "LaserWeldPage-4-WeldParameterPage-tab2-tab_matching-editor.png",
+             "LaserWeldPage-5-LaserTrackingPage.png", "LaserWeldPage-dialog-ButtonMonitorPage.png",
+             "ProgramEditor.png", "instruction-LaserOn.png", "instruction-LsMoveCF.png"})
+        QVERIFY2(shots.contains(QLatin1String(expected)), expected);
 
     QFile log(work.filePath(QStringLiteral("log/kelplugin/kellaserweld/kellaserweld")));
     QVERIFY(log.open(QIODevice::ReadOnly));
