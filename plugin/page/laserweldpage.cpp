@@ -12,11 +12,27 @@
 
 #include <QBoxLayout>
 #include <QFile>
+#include <QPainter>
 #include <QToolButton>
 
 namespace {
 
 const char *const kPageIndex = "pageIndex";
+
+QIcon navigationIcon(const QString &path)
+{
+    // The checked button is dark red; its icon turns white there, like its caption.
+    QIcon icon(path);
+    QPixmap white(path);
+    if (!white.isNull()) {
+        QPainter painter(&white);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(white.rect(), Qt::white);
+        painter.end();
+        icon.addPixmap(white, QIcon::Normal, QIcon::On);
+    }
+    return icon;
+}
 
 } // namespace
 
@@ -89,7 +105,7 @@ void LaserWeldPage::addNavigation(
     connect(
         button, &QToolButton::clicked, this, [this, button, title] { selectPage(button, title); });
     if (QFile::exists(icon))
-        button->setIcon(QIcon(icon));
+        button->setIcon(navigationIcon(icon));
     // Readable at arm's length on the pendant (the icons are drawn at 48 px); the caption
     // under the larger icon needs more than the 42 px floor.
     button->setIconSize(QSize(32, 32));
