@@ -167,20 +167,25 @@ void Screenshotter::shootDetailedEditor(
     QWidget *centre, QWidget *page, QWidget *tab, const QString &prefix)
 {
     // A list tab opens the editor of its selected row with "Detailed" and leaves it with
-    // "Back": the first row is opened as an operator would.
+    // "Back". The first two rows are opened as an operator would: the factory records make
+    // the second weld data set a filler-wire set, whose editor shows its wire sections.
     auto *detailed = page->findChild<QPushButton *>(QStringLiteral("pushButton_detailed"));
     auto *back = page->findChild<QPushButton *>(QStringLiteral("pushButton_back"));
     auto *table = tab->findChild<QTableWidget *>();
-    if (!detailed || !back || !table || table->rowCount() == 0 || !detailed->isVisible())
+    if (!detailed || !back || !table || !detailed->isVisible())
         return;
-    table->selectRow(0);
-    detailed->click();
-    settle();
-    if (detailed->isVisible())
-        return;
-    shootView(centre, page, prefix + QStringLiteral("-editor"));
-    back->click();
-    settle();
+    for (int row = 0; row < qMin(2, table->rowCount()); ++row) {
+        table->selectRow(row);
+        detailed->click();
+        settle();
+        if (detailed->isVisible())
+            return;
+        shootView(centre, page,
+            prefix + QStringLiteral("-editor")
+                + (row == 0 ? QString() : QStringLiteral("-row%1").arg(row + 1)));
+        back->click();
+        settle();
+    }
 }
 
 void Screenshotter::shootDialogs(QWidget *centre, const QString &prefix)
