@@ -3,6 +3,7 @@
 #include "portcatalogue.h"
 
 #include "core/commandchannel.h"
+#include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -70,6 +71,9 @@ WeldSettingPage::WeldSettingPage(QWidget *parent) : QWidget(parent)
     connect(m_ui.pushButton_save, &QPushButton::clicked, this, &WeldSettingPage::save);
     connect(m_ui.pushButton_cancel, &QPushButton::clicked, this, &WeldSettingPage::cancel);
 
+    PortCatalogue::fitDropDown(m_ui.comboBox_detection_do);
+    PortCatalogue::fitDropDown(m_ui.comboBox_feedback_di);
+
     // Sections start in step with their switches, which start off.
     setRetractionPlanStatus(m_ui.pushButton_Retraction->isOn());
     setWireStickingPlanStatus(m_ui.pushButton_WireSticking->isOn());
@@ -80,7 +84,7 @@ WeldSettingPage::~WeldSettingPage() = default;
 
 void WeldSettingPage::initStyle()
 {
-    setStyleSheet(
+    kellaser::applyStyleSheet(this,
         QStringLiteral("QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
                        "QLabel{border:none;font-size:10pt;font-family:\"Microsoft YaHei UI\";}"
                        "QLabel[type=\"title\"]{font-weight:600;font-size:12pt;}"));
