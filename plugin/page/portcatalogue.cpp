@@ -264,3 +264,10 @@ void PortCatalogue::fitDropDown(QComboBox *dropDown)
     dropDown->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     dropDown->setMinimumContentsLength(kTypicalNameLength);
 }
+
+void PortCatalogue::selectPort(QComboBox *dropDown, const QStringList &items, const QString &name)
+{
+    const int index = items.indexOf(name);
+    if (index >= 0)
+        dropDown->setCurrentIndex(index);
+}

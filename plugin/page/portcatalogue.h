@@ -30,4 +30,7 @@ public:
     // Sizes a drop-down of port names by a typical name rather than by its longest entry, which
     // would measure every name of a refilled list on each layout pass.
     static void fitDropDown(QComboBox *dropDown);
+    // As QComboBox::setCurrentText for a drop-down filled with exactly items: an unknown name
+    // leaves the selection alone. The item model would compare every entry as a QVariant.
+    static void selectPort(QComboBox *dropDown, const QStringList &items, const QString &name);
 };

@@ -196,10 +196,7 @@ void WeldioPage::loadRecord(const QJsonObject &record)
     for (const Row &row : m_rows) {
         if (row.type)
             row.type->setCurrentIndex(record.value(row.typeKey).toInt());
-        // As QComboBox::setCurrentText: an unknown name leaves the selection alone.
-        const int port = row.items.indexOf(record.value(row.portKey).toString());
-        if (port >= 0)
-            row.port->setCurrentIndex(port);
+        PortCatalogue::selectPort(row.port, row.items, record.value(row.portKey).toString());
         if (row.enable)
             row.enable->setOn(record.value(row.enableKey).toBool(false), true);
     }

@@ -145,8 +145,8 @@ void WeldSettingPage::loadRecord(const QJsonObject &r)
     m_ui.comboBox_laser_comm_type->setCurrentIndex(number("laser_comm_type"));
     m_ui.comboBox_wire_feeder_comm_type->setCurrentIndex(number("wire_feeder_comm_type"));
     m_ui.comboBox_wire_feed_type->setCurrentIndex(number("wire_feed_type"));
-    m_ui.comboBox_detection_do->setCurrentText(text("detection_do"));
-    m_ui.comboBox_feedback_di->setCurrentText(text("feedback_di"));
+    PortCatalogue::selectPort(m_ui.comboBox_detection_do, m_detectionPorts, text("detection_do"));
+    PortCatalogue::selectPort(m_ui.comboBox_feedback_di, m_feedbackPorts, text("feedback_di"));
 
     m_ui.spinBox_laser_power->setValue(real("laser_power"));
     m_ui.spinBox_feedback_delay->setValue(real("feedback_delay"));
@@ -217,14 +217,14 @@ void WeldSettingPage::showEvent(QShowEvent *event)
 
 void WeldSettingPage::fillPortLists()
 {
-    QStringList outputs = PortCatalogue::digitalOutputs();
-    outputs.prepend(QString());
+    m_detectionPorts = PortCatalogue::digitalOutputs();
+    m_detectionPorts.prepend(QString());
     m_ui.comboBox_detection_do->clear();
-    m_ui.comboBox_detection_do->addItems(outputs);
-    QStringList inputs = PortCatalogue::digitalInputs();
-    inputs.prepend(QString());
+    m_ui.comboBox_detection_do->addItems(m_detectionPorts);
+    m_feedbackPorts = PortCatalogue::digitalInputs();
+    m_feedbackPorts.prepend(QString());
     m_ui.comboBox_feedback_di->clear();
-    m_ui.comboBox_feedback_di->addItems(inputs);
+    m_ui.comboBox_feedback_di->addItems(m_feedbackPorts);
 }
 
 void WeldSettingPage::setRetractionPlanStatus(bool isOn)
