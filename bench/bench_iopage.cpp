@@ -20,6 +20,7 @@ struct Setup
     {
         settings.hide();
         host.show();
+        PageLoops::settle();
     }
     PageFixture fixture;
     QWidget host;
@@ -57,7 +58,7 @@ void typeChange(benchmark::State &state)
     }
     for (auto _ : state) {
         type->setCurrentIndex(type->currentIndex() == 0 ? 1 : 0);
-        QCoreApplication::sendPostedEvents();
+        PageLoops::settle();
     }
 }
 

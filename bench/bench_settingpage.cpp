@@ -15,7 +15,11 @@ namespace {
 // The page as the plug-in holds it: inside a visible parent, so that show() is the page's own.
 struct Setup
 {
-    explicit Setup(int ports) : fixture(ports), page(&host) { host.show(); }
+    explicit Setup(int ports) : fixture(ports), page(&host)
+    {
+        host.show();
+        PageLoops::settle();
+    }
     PageFixture fixture;
     QWidget host;
     WeldSettingPage page;

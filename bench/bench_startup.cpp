@@ -9,12 +9,16 @@
 
 #include "controller/controllersimulator.h"
 #include "support/testenvironment.h"
+#include "ui_buttonmonitorpage.h"
+#include "ui_characteristicscurvepage.h"
 #include "ui_lasertrackingpage.h"
 #include "ui_laserweldpage.h"
 #include "ui_showstatusbar.h"
 #include "ui_weldiopage.h"
+#include "ui_weldparameterpage.h"
 #include "ui_weldsettingpage.h"
 
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -48,10 +52,10 @@ qint64 cpuNs()
     return qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
 }
 
-template<typename Form> void buildForm(QWidget *parent)
+template<typename Form, typename Base = QWidget> void buildForm(QWidget *parent)
 {
     Form form;
-    form.setupUi(new QWidget(parent));
+    form.setupUi(new Base(parent));
 }
 
 // Builds the forms, or starts the plug-in, and prints "wall-ns cpu-ns rss-kib" on stdout.
@@ -81,7 +85,10 @@ int runChild(const QString &mode)
         buildForm<Ui::LaserWeldPage>(&forms);
         buildForm<Ui::WeldSettingPage>(&forms);
         buildForm<Ui::WeldioPage>(&forms);
+        buildForm<Ui::CharacteristicsCurvePage>(&forms);
+        buildForm<Ui::WeldParameterPage>(&forms);
         buildForm<Ui::LaserTrackingPage>(&forms);
+        buildForm<Ui::ButtonMonitorPage, QDialog>(&forms);
         buildForm<Ui::ShowStatusBar>(&forms);
     }
     const qint64 wallNs = wall.nsecsElapsed();

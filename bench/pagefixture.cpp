@@ -15,25 +15,8 @@ PageFixture::PageFixture(int portsPerType)
             names.append(QLatin1String(type) + QString::number(i));
         controller.ports.insert(QLatin1String(type), names);
     }
-    controller.serviceData.insert(QStringLiteral("weld_io_config"), FactoryRecords::ioConfig());
-    controller.serviceData.insert(
-        QStringLiteral("weld_setting_config"), FactoryRecords::settingConfig());
-    controller.serviceData.insert(
-        QStringLiteral("weld_curve_config"), FactoryRecords::curveConfig());
-    controller.serviceData.insert(QStringLiteral("weld_param_config"),
-        filledSets(FactoryRecords::paramConfig(), QStringLiteral("LsData"), 30));
-    controller.serviceData.insert(QStringLiteral("weld_param_match"),
-        filledSets(FactoryRecords::paramMatch(), QStringLiteral("PowerData"), 10));
-}
-
-QJsonObject PageFixture::filledSets(const QJsonObject &record, const QString &prefix, int count)
-{
-    const QJsonValue model = record.value(prefix + QLatin1Char('1'));
-    QJsonObject filled = record;
-    for (int i = 1; i <= count; ++i) {
-        const QString key = prefix + QString::number(i);
-        if (!filled.contains(key))
-            filled.insert(key, model);
-    }
-    return filled;
+    for (const char *key : {"weld_io_config", "weld_setting_config", "weld_curve_config",
+             "weld_param_config", "weld_param_match"})
+        controller.serviceData.insert(
+            QLatin1String(key), FactoryRecords::record(QLatin1String(key)));
 }

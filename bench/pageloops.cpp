@@ -36,7 +36,7 @@ void PageLoops::show(benchmark::State &state, QWidget *page)
         page->hide();
         state.ResumeTiming();
         page->show();
-        QCoreApplication::sendPostedEvents();
+        settle();
     }
 }
 
@@ -44,7 +44,7 @@ void PageLoops::fill(benchmark::State &state, WidgetFill &fill)
 {
     for (auto _ : state) {
         fill.apply();
-        QCoreApplication::sendPostedEvents();
+        settle();
     }
 }
 
@@ -57,8 +57,14 @@ void PageLoops::shownFill(benchmark::State &state, QWidget *page, WidgetFill &fi
         state.ResumeTiming();
         page->show();
         fill.apply();
-        QCoreApplication::sendPostedEvents();
+        settle();
     }
+}
+
+void PageLoops::settle()
+{
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void PageLoops::click(benchmark::State &state, QAbstractButton *button, PageFixture &fixture)
@@ -69,6 +75,7 @@ void PageLoops::click(benchmark::State &state, QAbstractButton *button, PageFixt
     }
     for (auto _ : state) {
         button->click();
+        settle();
         state.PauseTiming();
         fixture.controller.clearSent();
         fixture.controller.readKeys.clear();

@@ -19,6 +19,9 @@ public:
     // Qt showing the same page with the page's own show handling blocked, plus the bare fill:
     // what any page holding these widgets and this content pays.
     static void shownFill(benchmark::State &state, QWidget *page, WidgetFill &fill);
+    // Runs what the pendant's event loop would after an action: posted events, then the
+    // deletions pages ask for with deleteLater().
+    static void settle();
     // One button click, with what the controller and the pendant recorded dropped untimed.
     static void click(benchmark::State &state, QAbstractButton *button, PageFixture &fixture);
 };

@@ -1,10 +1,6 @@
 #include "widgetfill.h"
 
-#include "widget/switchbutton.h"
-
-#include <QComboBox>
-#include <QDoubleSpinBox>
-#include <QSpinBox>
+#include <QSignalBlocker>
 
 WidgetFill::WidgetFill(QWidget *page, const std::function<bool(QWidget *)> &filter)
 {
@@ -39,15 +35,27 @@ WidgetFill::WidgetFill(QWidget *page, const std::function<bool(QWidget *)> &filt
 void WidgetFill::apply()
 {
     for (const Combo &combo : qAsConst(m_combos)) {
+        if (!combo.combo)
+            continue;
+        const QSignalBlocker blocker(combo.combo);
         combo.combo->clear();
         combo.combo->addItems(combo.items);
         combo.combo->setCurrentIndex(combo.current);
     }
-    for (const Spin &spin : qAsConst(m_spins))
+    for (const Spin &spin : qAsConst(m_spins)) {
+        if (!spin.spin)
+            continue;
+        const QSignalBlocker blocker(spin.spin);
         spin.spin->setValue(spin.value);
-    for (const DoubleSpin &spin : qAsConst(m_doubleSpins))
+    }
+    for (const DoubleSpin &spin : qAsConst(m_doubleSpins)) {
+        if (!spin.spin)
+            continue;
+        const QSignalBlocker blocker(spin.spin);
         spin.spin->setValue(spin.value);
-    // Without the signal: what a switch drives belongs to the page's own work.
-    for (const Switch &button : qAsConst(m_switches))
-        button.button->setOn(button.on, false);
+    }
+    for (const Switch &button : qAsConst(m_switches)) {
+        if (button.button)
+            button.button->setOn(button.on, false);
+    }
 }

@@ -1,19 +1,21 @@
 #pragma once
 
 #include <QList>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
 
-class QComboBox;
-class QDoubleSpinBox;
-class QSpinBox;
-class QWidget;
-class SwitchButton;
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QSpinBox>
+
+#include "widget/switchbutton.h"
 
 // The bare cost of a page's show: the same content put straight into the same widgets. It
 // takes what a shown page holds (drop-down lists and choices, spin box values, switches) and
-// puts it back on every apply(), without records, catalogue or checks.
+// puts it back on every apply(), without records, catalogue or checks, and with the widgets'
+// signals blocked so that the page does not react.
 class WidgetFill
 {
 public:
@@ -26,23 +28,23 @@ public:
 private:
     struct Combo
     {
-        QComboBox *combo;
+        QPointer<QComboBox> combo;
         QStringList items;
         int current;
     };
     struct Spin
     {
-        QSpinBox *spin;
+        QPointer<QSpinBox> spin;
         int value;
     };
     struct DoubleSpin
     {
-        QDoubleSpinBox *spin;
+        QPointer<QDoubleSpinBox> spin;
         double value;
     };
     struct Switch
     {
-        SwitchButton *button;
+        QPointer<SwitchButton> button;
         bool on;
     };
 

@@ -1,5 +1,6 @@
 #include "laserweldpage.h"
 
+#include "buttonmonitorpage.h"
 #include "characteristicscurvepage.h"
 #include "lasertrackingpage.h"
 #include "weldiopage.h"
@@ -17,6 +18,20 @@
 namespace {
 
 const char *const kPageIndex = "pageIndex";
+
+const QString &scrollBarStyle()
+{
+    static const QString style = QStringLiteral(
+        "QScrollBar:vertical, QScrollBar:horizontal {background:#f5f5f5;"
+        "border:1px solid #c8c8c8;border-radius:6px;margin:0px;min-width:30px;min-height:8px;}"
+        "QScrollBar::handle:vertical, QScrollBar::handle:horizontal {background:#c8c8c8;"
+        "border-radius:10px;min-width:30px;min-height:8px;}"
+        "QScrollBar::handle:vertical:hover, QScrollBar::handle:horizontal:hover "
+        "{background:#b0b0b0;}"
+        "QScrollBar::add-line, QScrollBar::sub-line {border:none;background:none;width:0px;"
+        "height:0px;}");
+    return style;
+}
 
 } // namespace
 
@@ -64,9 +79,20 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
 
     connect(
         m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::setPageStatus);
+    // Watching a weld changes nothing, so the monitor stays at hand while the pages are locked.
+    connect(m_ui.pushButton_monitor, &QPushButton::clicked, this, &LaserWeldPage::openMonitor);
 }
 
 LaserWeldPage::~LaserWeldPage() = default;
+
+void LaserWeldPage::openMonitor()
+{
+    // The plug-in gives this page its one monitor dialog; a page on its own makes one.
+    auto *monitor = findChild<ButtonMonitorPage *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!monitor)
+        monitor = new ButtonMonitorPage(this);
+    monitor->openMonitor();
+}
 
 void LaserWeldPage::addNavigation(
     const QString &icon, const QString &title, const QString &caption, QWidget *page)
@@ -125,16 +151,7 @@ void LaserWeldPage::setPageStatus(bool enable)
 
 void LaserWeldPage::initRenderStyle()
 {
-    kellaser::applyStyleSheet(m_ui.scrollArea,
-        QStringLiteral(
-            "QScrollBar:vertical, QScrollBar:horizontal {background:#f5f5f5;"
-            "border:1px solid #c8c8c8;border-radius:6px;margin:0px;min-width:30px;min-height:8px;}"
-            "QScrollBar::handle:vertical, QScrollBar::handle:horizontal {background:#c8c8c8;"
-            "border-radius:10px;min-width:30px;min-height:8px;}"
-            "QScrollBar::handle:vertical:hover, QScrollBar::handle:horizontal:hover "
-            "{background:#b0b0b0;}"
-            "QScrollBar::add-line, QScrollBar::sub-line {border:none;background:none;width:0px;"
-            "height:0px;}"));
+    kellaser::applyStyleSheet(m_ui.scrollArea, scrollBarStyle());
     if (m_settingPage)
         m_settingPage->initStyle();
     if (m_ioPage)

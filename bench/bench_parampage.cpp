@@ -1,0 +1,92 @@
+// The weld parameter page with full records (30 weld data sets, 10 matching sets, both re-read
+// on every show): its show at several port counts against the bare widget fill and against Qt
+// showing the same page so filled.
+#include "benchmain.h"
+#include "pagefixture.h"
+#include "pageloops.h"
+#include "widgetfill.h"
+
+#include "page/weldparameterpage.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace {
+
+QJsonObject fullWeldDataRecord()
+{
+    QJsonObject record;
+    for (int n = 1; n <= WeldParameterPage::weldDataSetCount; ++n) {
+        QJsonObject set;
+        for (const QString &key : WeldParameterPage::weldDataKeys())
+            set.insert(key, n * 10);
+        set.insert(QStringLiteral("Tips"), QStringLiteral("set %1").arg(n));
+        record.insert(QStringLiteral("LsData%1").arg(n), set);
+    }
+    return record;
+}
+
+QJsonObject fullMatchRecord()
+{
+    QJsonObject record;
+    for (int n = 1; n <= WeldParameterPage::matchingSetCount; ++n) {
+        QJsonArray nodes;
+        for (int node = 1; node <= 4; ++node)
+            nodes.append(QJsonArray {node * 10.0, node * 100.0, node * 1000.0, node * 10.0});
+        record.insert(QStringLiteral("PowerData%1").arg(n),
+            QJsonObject {{QStringLiteral("PowerDataID"), QStringLiteral("PowerData%1").arg(n)},
+                {QStringLiteral("power_enable"), true}, {QStringLiteral("frequency_enable"), false},
+                {QStringLiteral("dutycycle_enable"), false},
+                {QStringLiteral("power_data"), nodes}});
+    }
+    return record;
+}
+
+// The page as the plug-in holds it: inside a visible parent, so that show() is the page's own.
+struct Setup
+{
+    explicit Setup(int ports) : fixture(ports), page(nullptr, &host)
+    {
+        fixture.controller.serviceData.insert(
+            QStringLiteral("weld_param_config"), fullWeldDataRecord());
+        fixture.controller.serviceData.insert(
+            QStringLiteral("weld_param_match"), fullMatchRecord());
+        host.show();
+        PageLoops::settle();
+    }
+    PageFixture fixture;
+    QWidget host;
+    WeldParameterPage page;
+};
+
+void filled(benchmark::State &state, int ports, bool shown)
+{
+    Setup setup(ports);
+    WidgetFill fill(&setup.page);
+    if (shown)
+        PageLoops::shownFill(state, &setup.page, fill);
+    else
+        PageLoops::fill(state, fill);
+}
+
+} // namespace
+
+void registerBenchmarks()
+{
+    for (const int ports : {64, 1024, 8192}) {
+        kelbench::add(kelbench::name("parampage_show", "ours", ports),
+            [ports](benchmark::State &s) {
+                Setup setup(ports);
+                PageLoops::show(s, &setup.page);
+            })
+            ->Unit(benchmark::kMillisecond);
+        kelbench::add(kelbench::name("parampage_show", "ref_widget_fill", ports),
+            [ports](benchmark::State &s) { filled(s, ports, false); })
+            ->Unit(benchmark::kMillisecond);
+        kelbench::add(kelbench::name("parampage_show", "ref_shown_fill", ports),
+            [ports](benchmark::State &s) { filled(s, ports, true); })
+            ->Unit(benchmark::kMillisecond);
+    }
+}
+
+KEL_BENCHMARK_MAIN()
