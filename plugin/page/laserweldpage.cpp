@@ -55,7 +55,9 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
 
     // The sheets go on before the pages exist and the pages are built inside the stacked widget,
     // so each page takes the inherited style while it is built; a sheet set afterwards, or a
-    // move into the stack, would push the style through every widget of every page again.
+    // move into the stack, would push the style through every widget of every page again. For
+    // the same reason the scroll bars get render()'s sheet now, and render() finds it in place.
+    kellaser::applyStyleSheet(m_ui.scrollArea, scrollBarStyle());
     m_ui.wgtContent->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
     m_ui.wgtTitle->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
     m_ui.lblTitle->setStyleSheet(

@@ -261,7 +261,6 @@ bool PortCatalogue::lessThan(const QString &a, const QString &b)
 
 void PortCatalogue::fitDropDown(QComboBox *dropDown)
 {
-    dropDown->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     dropDown->setMinimumContentsLength(kTypicalNameLength);
 }
 
