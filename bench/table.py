@@ -23,7 +23,10 @@ import sys
 GOALS = [
     (r"portsort", r".*", r"ref_collator", 1.0, "< 1x"),
     (r"portsort", r".*", r"ref_tokenise", 0.01, "<= 0.01x"),
-    (r".*page_show", r"1024", r"ref_(combo|widget)_fill", 1.5, "<= 1.5x"),
+    # The I/O page against its 22 drop-downs filled; pages whose bare fill is small next to Qt
+    # showing their widgets against that shown fill.
+    (r"iopage_show", r"1024", r"ref_combo_fill", 1.5, "<= 1.5x"),
+    (r"(?!iopage_).*page_show", r"1024", r"ref_shown_fill", 1.5, "<= 1.5x"),
     (r".*page_.*|chart_.*", r"|1024", None, 0.016, "<= 16 ms"),
     (r"startup", r".*", None, 0.150, "<= 150 ms"),
     (r"startup_memory", r".*", None, 30 * 2**20, "<= 30 MiB"),
@@ -138,9 +141,14 @@ def fmt_value(value, memory):
 
 
 def fmt_ratio(ratio):
+    # Enough digits that a ratio just over a limit does not print as the limit.
     if ratio is None:
         return "-"
-    return "%.3gx" % ratio
+    if ratio < 0.1:
+        return "%.3gx" % ratio
+    if ratio < 10:
+        return "%.3fx" % ratio
+    return "%.1fx" % ratio
 
 
 def goals_for(case, size):

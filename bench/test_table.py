@@ -52,16 +52,22 @@ class TableTest(unittest.TestCase):
         rows = self.rows({"benchmarks": [
             entry("portsort/ours/1024", 1.0), entry("portsort/ref_collator/1024", 2.0),
             entry("portsort/ref_tokenise/1024", 400.0)]})
-        self.assertEqual(self.find(rows, "portsort", "1024", "ref_collator")["ratio"], "0.5x")
+        self.assertEqual(self.find(rows, "portsort", "1024", "ref_collator")["ratio"], "0.500x")
         self.assertEqual(self.find(rows, "portsort", "1024", "ref_collator")["met"], "yes")
         self.assertEqual(self.find(rows, "portsort", "1024", "ref_tokenise")["met"], "yes")
+
+    def test_ratio_just_over_a_limit_shows_as_over(self):
+        rows = self.rows({"benchmarks": [
+            entry("iopage_show/ours/1024", 1.503), entry("iopage_show/ref_combo_fill/1024", 1.0)]})
+        row = self.find(rows, "iopage_show", "1024", "ref_combo_fill")
+        self.assertEqual((row["ratio"], row["met"]), ("1.503x", "NO"))
 
     def test_median_of_repetitions_is_used(self):
         rows = self.rows({"benchmarks": [
             entry("logline/ours", 9.0, "us"), median("logline/ours", 2.0, "us"),
             median("logline/ref_textstream", 1.0, "us")]})
         self.assertEqual(rows[0]["ours"], "2 us")
-        self.assertEqual(self.find(rows, "logline", "", "ref_textstream")["ratio"], "2x")
+        self.assertEqual(self.find(rows, "logline", "", "ref_textstream")["ratio"], "2.000x")
 
     def test_added_suffixes_dropped_and_own_time_used(self):
         rows = self.rows({"benchmarks": [
@@ -70,14 +76,14 @@ class TableTest(unittest.TestCase):
             entry("startup/ref_forms/iterations:8/manual_time", 0.001, "ms", real=3.0,
                   memory_bytes=2**20)]})
         self.assertEqual(self.find(rows, "startup", "", "limit")["met"], "yes")
-        self.assertEqual(self.find(rows, "startup", "", "ref_forms")["ratio"], "20x")
-        self.assertEqual(self.find(rows, "startup_memory", "", "ref_forms")["ratio"], "5x")
+        self.assertEqual(self.find(rows, "startup", "", "ref_forms")["ratio"], "20.0x")
+        self.assertEqual(self.find(rows, "startup_memory", "", "ref_forms")["ratio"], "5.000x")
 
     def test_growth_compared_with_n_log_n(self):
         rows = self.rows({"benchmarks": [
             entry("iopage_show/ours/1024", 10.0), entry("iopage_show/ours/8192", 200.0)]})
         growth = self.find(rows, "iopage_show", "8192", "ours at 1024")
-        self.assertEqual(growth["ratio"], "20x")
+        self.assertEqual(growth["ratio"], "20.0x")
         self.assertEqual(growth["met"], "NO")
 
     def test_broken_input_is_reported_not_fatal(self):
