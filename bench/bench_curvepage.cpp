@@ -4,7 +4,6 @@
 #include "benchmain.h"
 #include "pagefixture.h"
 #include "pageloops.h"
-#include "widgetfill.h"
 
 #include "page/characteristicscurvepage.h"
 #include "page/curveaxes.h"
@@ -64,24 +63,6 @@ struct Setup
     CharacteristicsCurvePage page;
 };
 
-void filled(benchmark::State &state, int ports, bool shown)
-{
-    Setup setup(ports);
-    WidgetFill fill(&setup.page);
-    if (shown)
-        PageLoops::shownFill(state, &setup.page, fill);
-    else
-        PageLoops::fill(state, fill);
-}
-
-// Compute button: validation, curve object, request, fit, axis choice and chart feed.
-void compute(benchmark::State &state)
-{
-    Setup setup(1024);
-    PageLoops::click(state,
-        setup.page.findChild<QPushButton *>(QStringLiteral("pushButton_compute")), setup.fixture);
-}
-
 void axisChoice(benchmark::State &state)
 {
     QVector<QPointF> points;
@@ -95,26 +76,13 @@ void axisChoice(benchmark::State &state)
 
 void registerBenchmarks()
 {
-    for (const int ports : {64, 1024, 8192}) {
-        kelbench::add(kelbench::name("curvepage_show", "ours", ports),
-            [ports](benchmark::State &s) {
-                Setup setup(ports);
-                PageLoops::show(s, &setup.page);
-            })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("curvepage_show", "ref_widget_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, false); })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("curvepage_show", "ref_shown_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, true); })
-            ->Unit(benchmark::kMillisecond);
-    }
+    PageLoops::addShows<Setup>("curvepage_show", "ref_widget_fill");
     kelbench::add(kelbench::name("curvepage_show_lines", "ours", 1024), [](benchmark::State &s) {
         Setup setup(1024, true);
         PageLoops::show(s, &setup.page);
     })->Unit(benchmark::kMillisecond);
-    kelbench::add(kelbench::name("curvepage_compute", "ours", 1024), compute)
-        ->Unit(benchmark::kMillisecond);
+    // Compute button: validation, curve object, request, fit, axis choice and chart feed.
+    PageLoops::addClick<Setup>("curvepage_compute", "pushButton_compute");
     kelbench::add(kelbench::name("curve_axes", "ours"), axisChoice);
 }
 

@@ -3,13 +3,11 @@
 #include "benchmain.h"
 #include "pagefixture.h"
 #include "pageloops.h"
-#include "widgetfill.h"
 
 #include "page/weldiopage.h"
 #include "page/weldsettingpage.h"
 
 #include <QComboBox>
-#include <QPushButton>
 
 namespace {
 
@@ -33,20 +31,6 @@ bool isPortList(QWidget *widget)
     return widget->objectName().endsWith(QLatin1String("_port"));
 }
 
-void filled(benchmark::State &state, int ports, bool shown)
-{
-    Setup setup(ports);
-    WidgetFill fill(&setup.page, isPortList);
-    if (fill.comboCount() != 22) {
-        state.SkipWithError("expected 22 port drop-downs");
-        return;
-    }
-    if (shown)
-        PageLoops::shownFill(state, &setup.page, fill);
-    else
-        PageLoops::fill(state, fill);
-}
-
 // Switching a row between analog and group ports refills its drop-down.
 void typeChange(benchmark::State &state)
 {
@@ -62,35 +46,13 @@ void typeChange(benchmark::State &state)
     }
 }
 
-void click(benchmark::State &state, const char *button)
-{
-    Setup setup(1024);
-    PageLoops::click(
-        state, setup.page.findChild<QPushButton *>(QLatin1String(button)), setup.fixture);
-}
-
 } // namespace
 
 void registerBenchmarks()
 {
-    for (const int ports : {64, 1024, 8192}) {
-        kelbench::add(kelbench::name("iopage_show", "ours", ports), [ports](benchmark::State &s) {
-            Setup setup(ports);
-            PageLoops::show(s, &setup.page);
-        })->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("iopage_show", "ref_combo_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, false); })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("iopage_show", "ref_shown_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, true); })
-            ->Unit(benchmark::kMillisecond);
-    }
-    kelbench::add(kelbench::name("iopage_save", "ours", 1024), [](benchmark::State &s) {
-        click(s, "pushButton_Save");
-    })->Unit(benchmark::kMillisecond);
-    kelbench::add(kelbench::name("iopage_cancel", "ours", 1024), [](benchmark::State &s) {
-        click(s, "pushButton_Cancel");
-    })->Unit(benchmark::kMillisecond);
+    PageLoops::addShows<Setup>("iopage_show", "ref_combo_fill", isPortList, 22);
+    PageLoops::addClick<Setup>("iopage_save", "pushButton_Save");
+    PageLoops::addClick<Setup>("iopage_cancel", "pushButton_Cancel");
     kelbench::add(kelbench::name("iopage_type_change", "ours", 1024), typeChange)
         ->Unit(benchmark::kMillisecond);
 }

@@ -4,7 +4,6 @@
 #include "benchmain.h"
 #include "pagefixture.h"
 #include "pageloops.h"
-#include "widgetfill.h"
 
 #include "page/weldparameterpage.h"
 
@@ -59,34 +58,11 @@ struct Setup
     WeldParameterPage page;
 };
 
-void filled(benchmark::State &state, int ports, bool shown)
-{
-    Setup setup(ports);
-    WidgetFill fill(&setup.page);
-    if (shown)
-        PageLoops::shownFill(state, &setup.page, fill);
-    else
-        PageLoops::fill(state, fill);
-}
-
 } // namespace
 
 void registerBenchmarks()
 {
-    for (const int ports : {64, 1024, 8192}) {
-        kelbench::add(kelbench::name("parampage_show", "ours", ports),
-            [ports](benchmark::State &s) {
-                Setup setup(ports);
-                PageLoops::show(s, &setup.page);
-            })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("parampage_show", "ref_widget_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, false); })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("parampage_show", "ref_shown_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, true); })
-            ->Unit(benchmark::kMillisecond);
-    }
+    PageLoops::addShows<Setup>("parampage_show", "ref_widget_fill");
 }
 
 KEL_BENCHMARK_MAIN()

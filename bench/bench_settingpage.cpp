@@ -4,11 +4,8 @@
 #include "benchmain.h"
 #include "pagefixture.h"
 #include "pageloops.h"
-#include "widgetfill.h"
 
 #include "page/weldsettingpage.h"
-
-#include <QPushButton>
 
 namespace {
 
@@ -25,47 +22,13 @@ struct Setup
     WeldSettingPage page;
 };
 
-void filled(benchmark::State &state, int ports, bool shown)
-{
-    Setup setup(ports);
-    WidgetFill fill(&setup.page);
-    if (shown)
-        PageLoops::shownFill(state, &setup.page, fill);
-    else
-        PageLoops::fill(state, fill);
-}
-
-void click(benchmark::State &state, const char *button)
-{
-    Setup setup(1024);
-    PageLoops::click(
-        state, setup.page.findChild<QPushButton *>(QLatin1String(button)), setup.fixture);
-}
-
 } // namespace
 
 void registerBenchmarks()
 {
-    for (const int ports : {64, 1024, 8192}) {
-        kelbench::add(kelbench::name("settingpage_show", "ours", ports),
-            [ports](benchmark::State &s) {
-                Setup setup(ports);
-                PageLoops::show(s, &setup.page);
-            })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("settingpage_show", "ref_widget_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, false); })
-            ->Unit(benchmark::kMillisecond);
-        kelbench::add(kelbench::name("settingpage_show", "ref_shown_fill", ports),
-            [ports](benchmark::State &s) { filled(s, ports, true); })
-            ->Unit(benchmark::kMillisecond);
-    }
-    kelbench::add(kelbench::name("settingpage_save", "ours", 1024), [](benchmark::State &s) {
-        click(s, "pushButton_save");
-    })->Unit(benchmark::kMillisecond);
-    kelbench::add(kelbench::name("settingpage_cancel", "ours", 1024), [](benchmark::State &s) {
-        click(s, "pushButton_cancel");
-    })->Unit(benchmark::kMillisecond);
+    PageLoops::addShows<Setup>("settingpage_show", "ref_widget_fill");
+    PageLoops::addClick<Setup>("settingpage_save", "pushButton_save");
+    PageLoops::addClick<Setup>("settingpage_cancel", "pushButton_cancel");
 }
 
 KEL_BENCHMARK_MAIN()

@@ -1,14 +1,19 @@
 #pragma once
 
-#include <benchmark/benchmark.h>
+#include "benchmain.h"
+#include "widgetfill.h"
+
+#include <QAbstractButton>
+
+#include <functional>
 
 class PageFixture;
-class QAbstractButton;
-class QWidget;
-class WidgetFill;
 
 // The timing loops the page benchmarks share. Posted events run inside the timing: the layout
 // pass a refill causes is part of its cost, whether it runs at once or at the next show.
+//
+// The registrations take a Setup type: constructed from the ports per type, it holds the page
+// as `page` (shown inside a visible parent) and its PageFixture as `fixture`.
 class PageLoops
 {
 public:
@@ -24,4 +29,43 @@ public:
     static void settle();
     // One button click, with what the controller and the pendant recorded dropped untimed.
     static void click(benchmark::State &state, QAbstractButton *button, PageFixture &fixture);
+
+    // "<case>/ours", "<case>/<bareFill>" and "<case>/ref_shown_fill" at 64, 1,024 and 8,192
+    // ports per type. The fills take the widgets that pass the filter; with expectedCombos
+    // set, a different number of drop-downs among them fails the benchmark.
+    template<typename Setup>
+    static void addShows(const char *caseName, const char *bareFill,
+        const std::function<bool(QWidget *)> &filter = {}, int expectedCombos = -1)
+    {
+        for (const int ports : {64, 1024, 8192}) {
+            kelbench::add(kelbench::name(caseName, "ours", ports), [ports](benchmark::State &s) {
+                Setup setup(ports);
+                show(s, &setup.page);
+            })->Unit(benchmark::kMillisecond);
+            for (const bool shown : {false, true}) {
+                kelbench::add(kelbench::name(caseName, shown ? "ref_shown_fill" : bareFill, ports),
+                    [ports, shown, filter, expectedCombos](benchmark::State &s) {
+                        Setup setup(ports);
+                        WidgetFill bare(&setup.page, filter);
+                        if (expectedCombos >= 0 && bare.comboCount() != expectedCombos)
+                            s.SkipWithError("the page holds another number of drop-downs");
+                        else if (shown)
+                            shownFill(s, &setup.page, bare);
+                        else
+                            fill(s, bare);
+                    })
+                    ->Unit(benchmark::kMillisecond);
+            }
+        }
+    }
+
+    // "<case>/ours/1024": a click on the page's button of that object name.
+    template<typename Setup> static void addClick(const char *caseName, const char *button)
+    {
+        kelbench::add(kelbench::name(caseName, "ours", 1024), [button](benchmark::State &s) {
+            Setup setup(1024);
+            click(s, setup.page.template findChild<QAbstractButton *>(QLatin1String(button)),
+                setup.fixture);
+        })->Unit(benchmark::kMillisecond);
+    }
 };
