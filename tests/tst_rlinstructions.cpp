@@ -80,8 +80,6 @@ void TestRlInstructions::weldDataPatternsKeepTheirLiteralMarker_data()
     QTest::addColumn<QString>("pattern");
     QTest::newRow("LaserOn") << "LaserOn"
                              << R"(^\s*LaserOn\(\s*\"(%l)\"\s*\);\s*(?://.*)?$)";
-    QTest::newRow("LsParaMatch") << "LsParaMatch"
-                                 << R"(^\s*LsParaMatch\(\s*\"(%l)\"\s*\);\s*(?://.*)?$)";
 }
 
 void TestRlInstructions::weldDataPatternsKeepTheirLiteralMarker()
@@ -110,8 +108,6 @@ void TestRlInstructions::wirePatternChecksLines_data()
     QTest::newRow("negative number") << "LsWireFwd(-5,1000);" << true;
     QTest::newRow("decimal fraction") << "LsWireFwd(50.5,1000);" << false;
     QTest::newRow("missing semicolon") << "LsWireFwd(50,1000)" << false;
-    QTest::newRow("one parameter") << "LsWireFwd(50);" << false;
-    QTest::newRow("other instruction") << "LsWireBwd(50,1000);" << false;
 }
 
 void TestRlInstructions::wirePatternChecksLines()
