@@ -293,6 +293,18 @@ void TestParamMatching::parsing_data()
     QTest::newRow("power_data that is no array")
         << json(R"({"PowerData1": {"power_data": "x"}})") << "PowerData1" << 4 << false
         << "parseMatchParamToTable: 'power_data' is not an array" << untouched << off;
+    QTest::newRow("empty name") << json(R"({"PowerData1": {}})") << QString() << 4 << false
+                                << "parseMatchParamToTable: PowerData parameter is empty"
+                                << untouched << unchanged;
+    QTest::newRow("no rows asked for")
+        << json(R"({"PowerData1": {}})") << "PowerData1" << 0 << false
+        << "parseMatchParamToTable: Invalid position or size parameters" << untouched << unchanged;
+    QTest::newRow("empty power_data")
+        << json(R"({"PowerData1": {"power_data": []}})") << "PowerData1" << 4 << false
+        << "parseMatchParamToTable: 'power_data' array is empty" << untouched << off;
+    QTest::newRow("only empty nodes")
+        << json(R"({"PowerData1": {"power_data": [[], []]}})") << "PowerData1" << 4 << false
+        << "parseMatchParamToTable: No valid data found in 'power_data' array" << untouched << off;
 }
 
 void TestParamMatching::parsing()
@@ -345,6 +357,15 @@ void TestParamMatching::matchList_data()
         << QJsonValue(json(R"({"PowerData10": {"power_data": [[], [], [], [4, 3, 2, 1]]},
             "PowerData11": {"power_data": [[], [], [], [9, 9, 9, 9]]}})"))
         << 9 << QStringList {"4", "3", "2", "1"} << QString();
+    QTest::newRow("set without power_data")
+        << QJsonValue(json(R"({"PowerData1": {}})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 does not contain power_data";
+    QTest::newRow("power_data that is no array")
+        << QJsonValue(json(R"({"PowerData1": {"power_data": {}}})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 power_data is not an array";
+    QTest::newRow("empty power_data")
+        << QJsonValue(json(R"({"PowerData1": {"power_data": []}})")) << 0 << nothing
+        << "setTableMatchData: PowerData1 power_data array is empty";
 }
 
 void TestParamMatching::matchList()
