@@ -290,7 +290,6 @@ void TestControllerSimulator::serviceKeys()
 void TestControllerSimulator::recordSave_data()
 {
     QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("record");
     QTest::addColumn<QJsonObject>("payload");
     QTest::addColumn<int>("code");
 
@@ -306,88 +305,67 @@ void TestControllerSimulator::recordSave_data()
     const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
     const QJsonObject set {{"Tips", "new"}};
 
-    QTest::newRow("valid port") << io << "weld_io_config" << ioWith({{"laser_enable_port", "DO32"}})
-                                << 0;
-    QTest::newRow("port unassigned")
-        << io << "weld_io_config" << ioWith({{"red_light_port", ""}}) << 0;
-    QTest::newRow("missing key") << io << "weld_io_config"
-                                 << ioWith({{"external_alarm_enabled", QJsonValue()}}) << 2;
-    QTest::newRow("port as number") << io << "weld_io_config" << ioWith({{"power_port", 1}}) << 2;
-    QTest::newRow("type out of range")
-        << io << "weld_io_config" << ioWith({{"power_type", 2}}) << 2;
-    QTest::newRow("port beyond layout")
-        << io << "weld_io_config" << ioWith({{"laser_enable_port", "DO33"}}) << 2;
-    QTest::newRow("zero-padded port")
-        << io << "weld_io_config" << ioWith({{"laser_enable_port", "DO01"}}) << 2;
-    QTest::newRow("input port on output")
-        << io << "weld_io_config" << ioWith({{"gas_protect_port", "DI2"}}) << 2;
-    QTest::newRow("analogue port on group type")
-        << io << "weld_io_config" << ioWith({{"power_type", 1}}) << 2;
+    QTest::newRow("valid port") << io << ioWith({{"laser_enable_port", "DO32"}}) << 0;
+    QTest::newRow("port unassigned") << io << ioWith({{"red_light_port", ""}}) << 0;
+    QTest::newRow("missing key") << io << ioWith({{"external_alarm_enabled", QJsonValue()}}) << 2;
+    QTest::newRow("port as number") << io << ioWith({{"power_port", 1}}) << 2;
+    QTest::newRow("type out of range") << io << ioWith({{"power_type", 2}}) << 2;
+    QTest::newRow("port beyond layout") << io << ioWith({{"laser_enable_port", "DO33"}}) << 2;
+    QTest::newRow("zero-padded port") << io << ioWith({{"laser_enable_port", "DO01"}}) << 2;
+    QTest::newRow("input port on output") << io << ioWith({{"gas_protect_port", "DI2"}}) << 2;
+    QTest::newRow("analogue port on group type") << io << ioWith({{"power_type", 1}}) << 2;
     QTest::newRow("gas purge at its minimum")
-        << setting << "weld_setting_config" << settingWith({{"manual_gas_time", 1000}}) << 0;
+        << setting << settingWith({{"manual_gas_time", 1000}}) << 0;
     QTest::newRow("gas purge below its minimum")
-        << setting << "weld_setting_config" << settingWith({{"manual_gas_time", 999}}) << 2;
-    QTest::newRow("fractional power")
-        << setting << "weld_setting_config" << settingWith({{"laser_power", 3000.5}}) << 2;
+        << setting << settingWith({{"manual_gas_time", 999}}) << 2;
+    QTest::newRow("fractional power") << setting << settingWith({{"laser_power", 3000.5}}) << 2;
     QTest::newRow("selector beyond its items")
-        << setting << "weld_setting_config" << settingWith({{"wire_feeder_comm_type", 3}}) << 2;
+        << setting << settingWith({{"wire_feeder_comm_type", 3}}) << 2;
     QTest::newRow("equal detect and check-out times")
-        << setting << "weld_setting_config"
-        << settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}}) << 0;
+        << setting << settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}}) << 0;
     QTest::newRow("detect time before check-out")
-        << setting << "weld_setting_config"
-        << settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}}) << 2;
-    QTest::newRow("trigger on an input")
-        << setting << "weld_setting_config" << settingWith({{"detection_do", "DI1"}}) << 2;
+        << setting << settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}}) << 2;
+    QTest::newRow("trigger on an input") << setting << settingWith({{"detection_do", "DI1"}}) << 2;
     QTest::newRow("feed curve") << "set_weld_curve_feed_config"
-                                << "weld_curve_config"
                                 << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}
                                 << 0;
     QTest::newRow("count and rows disagree")
         << "set_weld_curve_feed_config"
-        << "weld_curve_config" << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}}
-        << 2;
+        << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}} << 2;
     QTest::newRow("eleven nodes") << "set_weld_curve_feed_config"
-                                  << "weld_curve_config"
                                   << QJsonObject {{"laser_feed_node", 11},
                                          {"feed_nodes_data", three}}
                                   << 2;
     QTest::newRow("row of three numbers")
         << "set_weld_curve_power_config"
-        << "weld_curve_config"
         << QJsonObject {{"laser_power_node", 2},
                {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}}
         << 2;
     QTest::newRow("keys of another curve")
         << "set_weld_curve_power_config"
-        << "weld_curve_config" << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}
-        << 2;
-    QTest::newRow("last weld data set")
-        << list << "weld_param_config" << QJsonObject {{"LsData30", set}} << 0;
-    QTest::newRow("weld data set 31")
-        << list << "weld_param_config" << QJsonObject {{"LsData31", set}} << 2;
-    QTest::newRow("zero-padded name")
-        << list << "weld_param_config" << QJsonObject {{"LsData07", set}} << 2;
-    QTest::newRow("matching name in the list")
-        << list << "weld_param_config" << QJsonObject {{"PowerData1", set}} << 2;
-    QTest::newRow("set not an object")
-        << list << "weld_param_config" << QJsonObject {{"LsData4", 4}} << 2;
-    QTest::newRow("last matching set")
-        << match << "weld_param_match" << QJsonObject {{"PowerData10", set}} << 0;
-    QTest::newRow("matching set 11")
-        << match << "weld_param_match" << QJsonObject {{"PowerData11", set}} << 2;
+        << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 2;
+    QTest::newRow("last weld data set") << list << QJsonObject {{"LsData30", set}} << 0;
+    QTest::newRow("weld data set 31") << list << QJsonObject {{"LsData31", set}} << 2;
+    QTest::newRow("zero-padded name") << list << QJsonObject {{"LsData07", set}} << 2;
+    QTest::newRow("matching name in the list") << list << QJsonObject {{"PowerData1", set}} << 2;
+    QTest::newRow("set not an object") << list << QJsonObject {{"LsData4", 4}} << 2;
+    QTest::newRow("last matching set") << match << QJsonObject {{"PowerData10", set}} << 0;
+    QTest::newRow("matching set 11") << match << QJsonObject {{"PowerData11", set}} << 2;
 }
 
 void TestControllerSimulator::recordSave()
 {
     QFETCH(QString, command);
-    QFETCH(QString, record);
     QFETCH(QJsonObject, payload);
     QFETCH(int, code);
 
     QTemporaryDir dir;
     ControllerSimulator sim(dir.path());
     QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
+    const QString record = command.contains("curve") ? QString("weld_curve_config")
+        : command.contains("match")                  ? QString("weld_param_match")
+        : command.contains("list")                   ? QString("weld_param_config")
+                                                     : command.mid(4);
     const QJsonObject before = sim.record(record);
 
     QCOMPARE(returnOf(sim, command, payload), code);
