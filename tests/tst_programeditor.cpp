@@ -127,6 +127,8 @@ void TestProgramEditor::skeletonFormText_data()
     QTest::newRow("long run of blanks is refused")
         << wire << "LsWireFwd(" + QString(200000, QLatin1Char(' ')) + "x" << false
         << "LsWireFwd(1, 1);";
+    QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
+                                        << "f(-2147483648);" << true << "f(-2147483648);";
 }
 
 void TestProgramEditor::skeletonFormText()
