@@ -84,8 +84,6 @@ private slots:
     void dependentWidgets();
     void weldModeSwitchesTheWire_data();
     void weldModeSwitchesTheWire();
-    void editingNeedsLevelThree_data();
-    void editingNeedsLevelThree();
 };
 
 void TestWeldParameterPage::listRefresh_data()
@@ -370,28 +368,6 @@ void TestWeldParameterPage::weldModeSwitchesTheWire()
     QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(wireAfter));
     QCOMPARE(set.value("wire_feed_enable_end"), QJsonValue(wireAfter));
     QCOMPARE(t.child<QWidget>("groupBox_wireStart")->isHidden(), !wireAfter);
-}
-
-void TestWeldParameterPage::editingNeedsLevelThree_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("editable");
-    QTest::newRow("level 2") << 2 << false;
-    QTest::newRow("level 3") << 3 << true;
-}
-
-void TestWeldParameterPage::editingNeedsLevelThree()
-{
-    QFETCH(int, level);
-    QFETCH(bool, editable);
-    ParamPageFixture t;
-    t.controller.userLevel = level;
-
-    t.show();
-
-    QCOMPARE(t.child<QTabWidget>("tabWidget")->isEnabled(), editable);
-    QCOMPARE(t.child<QPushButton>("pushButton_detailed")->isEnabled(), editable);
-    QCOMPARE(t.child<QPushButton>("pushButton_save")->isEnabled(), editable);
 }
 
 QTEST_MAIN(TestWeldParameterPage)
