@@ -311,7 +311,6 @@ void TestControllerSimulator::recordSave_data()
     QTest::newRow("port as number") << io << ioWith({{"power_port", 1}}) << 2;
     QTest::newRow("type out of range") << io << ioWith({{"power_type", 2}}) << 2;
     QTest::newRow("port beyond layout") << io << ioWith({{"laser_enable_port", "DO33"}}) << 2;
-    QTest::newRow("zero-padded port") << io << ioWith({{"laser_enable_port", "DO01"}}) << 2;
     QTest::newRow("input port on output") << io << ioWith({{"gas_protect_port", "DI2"}}) << 2;
     QTest::newRow("analogue port on group type") << io << ioWith({{"power_type", 1}}) << 2;
     QTest::newRow("gas purge at its minimum")
@@ -440,7 +439,6 @@ void TestControllerSimulator::computeCurve_data()
     QTest::newRow("equal raw values") << QJsonObject {{"laser_power_node", 2},
         {"power_nodes_data", QJsonArray {QJsonArray {5, 0}, QJsonArray {5, 6000}}}}
                                       << 2 << 0.0 << 0.0;
-    QTest::newRow("no node array") << QJsonObject {{"laser_power_node", 2}} << 2 << 0.0 << 0.0;
     QTest::newRow("raw values beyond a double's reach") << QJsonObject {{"laser_power_node", 2},
         {"power_nodes_data", QJsonArray {QJsonArray {-1e308, 0}, QJsonArray {1e308, 1}}}}
                                                         << 2 << 0.0 << 0.0;

@@ -310,10 +310,6 @@ void TestHardwareKeys::keyReplyIsJudged_data()
         << QStringList {"2|Feed wire failed. Please check logs."}
         << QStringList {"E|Phybtn:: feed_wire failed.  set_weld_feed_wire  Result: 7"}
         << QStringList();
-    QTest::newRow("feed press not found")
-        << "Wiring" << true << QJsonArray() << QStringList()
-        << QStringList {"E|Phybtn:: feed_wire failed. not found  set_weld_feed_wire  Result"}
-        << QStringList {"is_pressed =  true", "Welding"};
     QTest::newRow("feed release not found")
         << "Wiring" << false << ScriptedController::reply(gas, 0) << QStringList()
         << QStringList {"E|Phybtn:: feed_wire failed. not found  set_weld_feed_wire  Result"}
@@ -354,53 +350,47 @@ void TestHardwareKeys::keyReplyIsJudged()
 
 void TestHardwareKeys::workModeSwitch_data()
 {
-    QTest::addColumn<QString>("startIcon");
+    QTest::addColumn<bool>("simulatedBefore");
     QTest::addColumn<QJsonValue>("status");
     QTest::addColumn<QJsonArray>("reply");
     QTest::addColumn<bool>("sent");
     QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("endIcon");
+    QTest::addColumn<bool>("simulatedAfter");
 
     const auto reply = [](const QJsonValue &code) {
         return ScriptedController::reply(QStringLiteral("set_virtual_welding"), code);
     };
+    const QString toVirtual = QStringLiteral("0|Switch to VirtualWelding");
+    const QString failed = QStringLiteral("2|Switch work mode failed");
 
     QTest::newRow("real to virtual")
-        << "real" << QJsonValue(false) << reply(0) << true << "0|Switch to VirtualWelding"
-        << "simulated";
+        << false << QJsonValue(false) << reply(0) << true << toVirtual << true;
     QTest::newRow("virtual to real")
-        << "simulated" << QJsonValue(true) << reply(0) << false << "0|Switch to RealWdlding"
-        << "real";
+        << true << QJsonValue(true) << reply(0) << false << "0|Switch to RealWdlding" << false;
     QTest::newRow("missing status counts as real")
-        << "real" << QJsonValue(QJsonValue::Undefined) << reply(0) << true
-        << "0|Switch to VirtualWelding"
-        << "simulated";
+        << false << QJsonValue(QJsonValue::Undefined) << reply(0) << true << toVirtual << true;
     QTest::newRow("empty reply counts as success")
-        << "real" << QJsonValue(false) << QJsonArray() << true << "0|Switch to VirtualWelding"
-        << "simulated";
+        << false << QJsonValue(false) << QJsonArray() << true << toVirtual << true;
     QTest::newRow("first element not an object")
-        << "real" << QJsonValue(false) << json(R"([0, {"kellaserweld":1}])") << true
-        << "0|Switch to VirtualWelding"
-        << "simulated";
+        << false << QJsonValue(false) << json(R"([0, {"kellaserweld":1}])") << true << toVirtual
+        << true;
     QTest::newRow("failure keeps real")
-        << "real" << QJsonValue(false) << reply(1) << true << "2|Switch work mode failed"
-        << "real";
+        << false << QJsonValue(false) << reply(1) << true << failed << false;
     QTest::newRow("return true fails")
-        << "real" << QJsonValue(false) << reply(true) << true << "2|Switch work mode failed"
-        << "real";
+        << false << QJsonValue(false) << reply(true) << true << failed << false;
 }
 
 void TestHardwareKeys::workModeSwitch()
 {
-    QFETCH(QString, startIcon);
+    QFETCH(bool, simulatedBefore);
     QFETCH(QJsonValue, status);
     QFETCH(QJsonArray, reply);
     QFETCH(bool, sent);
     QFETCH(QString, message);
-    QFETCH(QString, endIcon);
+    QFETCH(bool, simulatedAfter);
 
     PluginUnderTest t;
-    if (startIcon == QLatin1String("simulated"))
+    if (simulatedBefore)
         t.showSimulatedFromReconnect();
     const QString before = t.indicatorIcon();
     if (!status.isUndefined())
@@ -415,8 +405,8 @@ void TestHardwareKeys::workModeSwitch()
     QCOMPARE(testenv::shownMessages(t.shell), QStringList {message});
     if (iconImage(kRealIcon) == iconImage(kSimulatedIcon))
         QSKIP("the two work-mode icons are not in the resources");
-    QCOMPARE(before, startIcon);
-    QCOMPARE(t.indicatorIcon(), endIcon);
+    QCOMPARE(before, simulatedBefore ? "simulated" : "real");
+    QCOMPARE(t.indicatorIcon(), simulatedAfter ? "simulated" : "real");
 }
 
 QTEST_MAIN(TestHardwareKeys)

@@ -1,6 +1,7 @@
 #include "controller/factoryrecords.h"
 #include "page/weldiopage.h"
 #include "page/weldsettingpage.h"
+#include "support/leveltexts.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
@@ -49,8 +50,6 @@ private slots:
     void saveChecks_data();
     void saveChecks();
     void editsStayAfterFailedSave();
-    void saveResult_data();
-    void saveResult();
     void showFillsEveryPortListWithAnEmptyFirstItem();
     void typeChangeRefillsWithoutEmptyItem_data();
     void typeChangeRefillsWithoutEmptyItem();
@@ -171,50 +170,13 @@ void TestWeldioPage::editsStayAfterFailedSave()
     m_controller->repliesByCommand["set_weld_io_config"]
         = ScriptedController::reply("set_weld_io_config", 4);
     gas->setCurrentText("DO4");
+    testenv::resetLogFile();
     page.findChild<QPushButton *>("pushButton_Save")->click();
     QCOMPARE(m_shell->messageTexts().last(),
         QStringLiteral("Save failed. Please check the parameter configuration."));
+    QCOMPARE(testenv::logTexts(),
+        QStringList {"E|WeldioPage::checkSaveResult failed.  set_weld_io_config  Result: 4"});
     QCOMPARE(gas->currentText(), QStringLiteral("DO4"));
-}
-
-void TestWeldioPage::saveResult_data()
-{
-    QTest::addColumn<QJsonArray>("reply");
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<QString>("logged");
-
-    QTest::newRow("return 0") << ScriptedController::reply("set_weld_io_config", 0)
-                              << QStringList {"Saved successfully"} << QString();
-    QTest::newRow("return 3")
-        << ScriptedController::reply("set_weld_io_config", 3)
-        << QStringList {"Save failed. Please check the parameter "
-                        "configuration."}
-        << "WeldioPage::checkSaveResult failed.  set_weld_io_config  Result: 3";
-    QTest::newRow("empty reply shows nothing")
-        << QJsonArray() << QStringList()
-        << "WeldioPage::checkSaveResult failed. not found  set_weld_io_config  Result";
-}
-
-void TestWeldioPage::saveResult()
-{
-    QFETCH(QJsonArray, reply);
-    QFETCH(QStringList, messages);
-    QFETCH(QString, logged);
-
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    testenv::resetLogFile();
-    m_controller->queueReply(reply);
-    page.findChild<QPushButton *>("pushButton_Save")->click();
-    QCOMPARE(m_shell->messageTexts(), messages);
-    const QStringList lines = testenv::logLines();
-    if (logged.isEmpty()) {
-        QVERIFY(lines.isEmpty());
-    } else {
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(lines.first().contains(logged), qPrintable(lines.first()));
-    }
 }
 
 void TestWeldioPage::showFillsEveryPortListWithAnEmptyFirstItem()
