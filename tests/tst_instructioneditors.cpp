@@ -107,14 +107,10 @@ void TestInstructionEditors::badLineKeepsTheForm_data()
                                       << "LsMoveL(p20, v500, z10, tool1, wobj1); // weld";
     QTest::newRow("too many parameters") << "LsMoveL"
                                          << "LsMoveL(p20, v500, z10, tool1, wobj1, extra);";
-    QTest::newRow("no point") << "LsMoveL"
-                              << "LsMoveL();";
     QTest::newRow("symbolic offset") << "LsMoveL"
                                      << "LsMoveL(Offs(p20,dx,0,0), v500);";
     QTest::newRow("overflowing offset") << "LsMoveL"
                                         << "LsMoveL(Offs(p20,1e999,0,0), v500);";
-    QTest::newRow("offset short of a number") << "LsMoveL"
-                                              << "LsMoveL(Offs(p20,1,2), v500);";
     QTest::newRow("point is an expression") << "LsMoveL"
                                             << "LsMoveL(CRobT(), v500);";
     QTest::newRow("one point for a circle") << "LsMoveC"

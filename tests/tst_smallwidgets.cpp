@@ -46,7 +46,6 @@ class TestSmallWidgets : public QObject
 private slots:
     void initTestCase() { testenv::initPluginResources(); }
 
-    void statusIndicatorShowsTheChosenMode();
     void statusIndicatorKeepsLastIcon();
 
     void hostedWidgetStaysInItsSection_data();
@@ -58,17 +57,6 @@ private slots:
     void comboPopupOpens_data();
     void comboPopupOpens();
 };
-
-void TestSmallWidgets::statusIndicatorShowsTheChosenMode()
-{
-    ShowStatusBar bar;
-    bar.showRealWelding();
-    const QImage real = labelImage(bar);
-    bar.showSimulatedWelding();
-    const QImage simulated = labelImage(bar);
-    QVERIFY(!real.isNull() && !simulated.isNull());
-    QVERIFY(real != simulated);
-}
 
 void TestSmallWidgets::statusIndicatorKeepsLastIcon()
 {

@@ -184,8 +184,6 @@ void TestWeldParameterPage::openingASet_data()
                                 << "Steel 2 mm" << false << 2;
     QTest::newRow("absent set gives the defaults")
         << QJsonObject {{"LsData11", storedSet("LsData11")}} << 1500 << "" << true << 0;
-    QTest::newRow("set that is no object gives the defaults")
-        << json(R"({"LsData12": [1, 2]})") << 1500 << "" << true << 0;
     QTest::newRow("absent keys give 0, off and empty")
         << json(R"({"LsData12": {"welding_speed": 30}})") << 0 << "" << false << 0;
     QTest::newRow("unknown wire mode falls back to the first")

@@ -93,7 +93,6 @@ void TestWeldSettingPage::validation_data()
 
     QTest::newRow("equal times pass") << 200 << 200 << true;
     QTest::newRow("detect one below check-out fails") << 199 << 200 << false;
-    QTest::newRow("detect above check-out passes") << 500 << 0 << true;
 }
 
 void TestWeldSettingPage::validation()
@@ -131,10 +130,7 @@ void TestWeldSettingPage::switchOnAcceptance_data()
 
     QTest::newRow("boolean true") << enableReply(true) << true;
     QTest::newRow("number 1 is not accepted") << enableReply(1) << false;
-    QTest::newRow("string true is not accepted") << enableReply("true") << false;
     QTest::newRow("empty reply") << QJsonArray() << false;
-    QTest::newRow("first element not an object")
-        << QJsonArray {1, enableReply(true).first()} << false;
     QTest::newRow("true only in the second element")
         << QJsonArray {QJsonObject {}, enableReply(true).first()} << false;
 }
@@ -252,9 +248,6 @@ void TestWeldSettingPage::sectionSwitches_data()
     QTest::addColumn<QString>("sectionSwitch");
     QTest::addColumn<QStringList>("fields");
 
-    QTest::newRow("restart") << "pushButton_Retraction"
-                             << QStringList {"doubleSpinBox_retraction_distance",
-                                    "doubleSpinBox_retraction_speed"};
     QTest::newRow("wire feeder") << "pushButton_Feeder"
                                  << QStringList {"comboBox_wire_feeder_comm_type",
                                         "comboBox_wire_feed_type",
