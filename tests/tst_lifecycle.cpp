@@ -70,7 +70,6 @@ private slots:
     void initTestCase();
     void init();
 
-    void constructorSetsLabelAndOwnSheets();
     void initHandsPageKeysAndIndicatorToTheShellInOrder();
     void lifecycleLogLinesComeInOrder();
     void indicatorStartsRealEvenWhenControllerIsVirtual();
@@ -91,13 +90,6 @@ void TestLifecycle::initTestCase()
 void TestLifecycle::init()
 {
     testenv::resetLogFile();
-}
-
-void TestLifecycle::constructorSetsLabelAndOwnSheets()
-{
-    kelplugin::kelLaserWeld plugin;
-    QCOMPARE(plugin.pluginLabel(), QStringLiteral("Laser Welding"));
-    QCOMPARE(plugin.defaultGlobalSheet(), false);
 }
 
 void TestLifecycle::initHandsPageKeysAndIndicatorToTheShellInOrder()

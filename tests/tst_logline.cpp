@@ -15,7 +15,6 @@ private slots:
     void lineBytesPerLevel_data();
     void lineBytesPerLevel();
     void piecesAreSeparatedByOneBlank();
-    void logPathIsFilledWithThePluginKey();
     void unwritableLogFolderStillReachesConsole();
 };
 
@@ -68,15 +67,6 @@ void TestLogLine::piecesAreSeparatedByOneBlank()
     QVERIFY2(lines.first().endsWith(QStringLiteral(
                  "] Phybtn:: open gas failed.  set_weld_manual_gas  Result: 3\x1b[0m")),
         qPrintable(lines.first()));
-}
-
-void TestLogLine::logPathIsFilledWithThePluginKey()
-{
-    QCOMPARE(
-        kellaser::LogLine::logPath(), QStringLiteral("./log/kelplugin/kellaserweld/kellaserweld"));
-    QCOMPARE(kellaser::LogLine::levelTag(
-                 kellaser::LogLevel::Error, QDateTime(QDate(2026, 11, 14), QTime(16, 52, 44, 123))),
-        QStringLiteral("[E|11/14 16:52:44.123]"));
 }
 
 void TestLogLine::unwritableLogFolderStillReachesConsole()
