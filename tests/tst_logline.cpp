@@ -23,16 +23,11 @@ void TestLogLine::lineBytesPerLevel_data()
     QTest::addColumn<int>("level");
     QTest::addColumn<QString>("tag");
     QTest::addColumn<QString>("colour");
-    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I"
-                          << "36";
-    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W"
-                             << "33";
-    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E"
-                           << "31";
-    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S"
-                            << "35";
-    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D"
-                           << "32";
+    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I" << QString("36");
+    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W" << QString("33");
+    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E" << QString("31");
+    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S" << QString("35");
+    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D" << QString("32");
 }
 
 void TestLogLine::lineBytesPerLevel()
