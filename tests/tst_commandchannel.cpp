@@ -68,9 +68,10 @@ void TestCommandChannel::searchCheck_data()
     const auto notFound = CommandChannel::Outcome::NotFound;
     const auto success = CommandChannel::Outcome::Success;
     const auto failure = CommandChannel::Outcome::Failure;
+    const auto withReturn
+        = [](const QJsonValue &value) { return ScriptedController::reply(kCommand, value); };
 
-    QTest::newRow("zero code") << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":0}}}])")
-                               << success << 0;
+    QTest::newRow("zero code") << withReturn(0) << success << 0;
     QTest::newRow("matching element not first")
         << json(R"([{"kellaserweld":{"set_weld_feed_wire":{"return":0}}},
                     {"kellaserweld":{"set_weld_manual_gas":{"return":3}}}])")
@@ -86,10 +87,9 @@ void TestCommandChannel::searchCheck_data()
     QTest::newRow("empty array") << QJsonArray() << notFound << 0;
     QTest::newRow("return missing")
         << json(R"([{"kellaserweld":{"set_weld_manual_gas":{}}}])") << notFound << 0;
-    QTest::newRow("return true is not a number")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":true}}}])") << success << 0;
+    QTest::newRow("return true is not a number") << withReturn(true) << success << 0;
     QTest::newRow("return string 7 is not a number")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":"7"}}}])") << success << 0;
+        << withReturn(QStringLiteral("7")) << success << 0;
     QTest::newRow("elements not objects") << json(R"([5, "set_weld_manual_gas", null, [1],
                     {"kellaserweld":{"set_weld_manual_gas":{"return":1}}}])")
                                           << failure << 1;
@@ -100,17 +100,11 @@ void TestCommandChannel::searchCheck_data()
         << json(R"([{"kellaserweld":{"set_weld_manual_gas":1}}])") << notFound << 0;
     QTest::newRow("another plug-in's key")
         << json(R"([{"other":{"set_weld_manual_gas":{"return":1}}}])") << notFound << 0;
-    QTest::newRow("negative code")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":-3}}}])") << failure << -3;
-    QTest::newRow("whole double") << json(
-        R"([{"kellaserweld":{"set_weld_manual_gas":{"return":4.0}}}])")
-                                  << failure << 4;
+    QTest::newRow("negative code") << withReturn(-3) << failure << -3;
+    QTest::newRow("whole double") << withReturn(4.0) << failure << 4;
     // Only whole numbers in int range convert; anything else takes the default 0.
-    QTest::newRow("fractional double")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":2.5}}}])") << success << 0;
-    QTest::newRow("beyond int") << json(
-        R"([{"kellaserweld":{"set_weld_manual_gas":{"return":3000000000}}}])")
-                                << success << 0;
+    QTest::newRow("fractional double") << withReturn(2.5) << success << 0;
+    QTest::newRow("beyond int") << withReturn(3e9) << success << 0;
 }
 
 void TestCommandChannel::searchCheck()
