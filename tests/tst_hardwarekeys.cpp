@@ -227,7 +227,6 @@ void TestHardwareKeys::redLightToggles_data()
     QTest::newRow("no status value") << QJsonValue(QJsonValue::Undefined) << true;
     QTest::newRow("light on") << QJsonValue(true) << false;
     QTest::newRow("light off") << QJsonValue(false) << true;
-    QTest::newRow("status not a bool") << QJsonValue(QStringLiteral("on")) << true;
 }
 
 void TestHardwareKeys::redLightToggles()
