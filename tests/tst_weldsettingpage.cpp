@@ -36,11 +36,8 @@ private slots:
 
     void validation_data();
     void validation();
-    void switchOnAcceptance_data();
-    void switchOnAcceptance();
-    void switchingOffNeverJudgesTheReply();
-    void poweredRobotRefusesTheSwitch_data();
-    void poweredRobotRefusesTheSwitch();
+    void switchingWelding_data();
+    void switchingWelding();
     void loadConversions_data();
     void loadConversions();
     void sectionSwitches_data();
@@ -123,84 +120,64 @@ void TestWeldSettingPage::validation()
         QVERIFY(m_controller->sent.isEmpty());
 }
 
-void TestWeldSettingPage::switchOnAcceptance_data()
+void TestWeldSettingPage::switchingWelding_data()
 {
+    QTest::addColumn<bool>("startOn");
+    QTest::addColumn<bool>("powered");
     QTest::addColumn<QJsonArray>("reply");
-    QTest::addColumn<bool>("accepted");
+    QTest::addColumn<QStringList>("commands");
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<bool>("endOn");
 
-    QTest::newRow("boolean true") << enableReply(true) << true;
-    QTest::newRow("number 1 is not accepted") << enableReply(1) << false;
-    QTest::newRow("empty reply") << QJsonArray() << false;
-    QTest::newRow("true only in the second element")
-        << QJsonArray {QJsonObject {}, enableReply(true).first()} << false;
+    const QStringList enable {"set_weld_enable"};
+    const QStringList failed {kStartupFailed};
+    QTest::newRow("on: boolean true")
+        << false << false << enableReply(true)
+        << QStringList {"set_weld_enable", "set_weld_setting_config"} << QStringList() << true;
+    QTest::newRow("on: number 1 is not accepted")
+        << false << false << enableReply(1) << enable << failed << false;
+    QTest::newRow("on: empty reply") << false << false << QJsonArray() << enable << failed << false;
+    QTest::newRow("on: true only in the second element")
+        << false << false << QJsonArray {QJsonObject {}, enableReply(true).first()} << enable
+        << failed << false;
+    QTest::newRow("off never judges the reply")
+        << true << false << enableReply(9) << enable << QStringList() << false;
+    QTest::newRow("on while powered")
+        << false << true << enableReply(true) << QStringList() << QStringList {kPoweredOn} << false;
+    QTest::newRow("off while powered")
+        << true << true << enableReply(true) << QStringList() << QStringList {kPoweredOn} << true;
 }
 
-void TestWeldSettingPage::switchOnAcceptance()
+void TestWeldSettingPage::switchingWelding()
 {
+    QFETCH(bool, startOn);
+    QFETCH(bool, powered);
     QFETCH(QJsonArray, reply);
-    QFETCH(bool, accepted);
+    QFETCH(QStringList, commands);
+    QFETCH(QStringList, messages);
+    QFETCH(bool, endOn);
 
+    m_controller->serviceData["weld_setting_config"] = QJsonObject {{"laser_main_enable", startOn}};
+    m_controller->powered = powered;
     m_controller->repliesByCommand["set_weld_enable"] = reply;
     WeldSettingPage page;
     page.show();
     QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
 
-    QCOMPARE(mainSwitch(page)->isOn(), accepted);
-    QCOMPARE(page.isMainEnabled(), accepted);
-    QCOMPARE(page.findChild<QPushButton *>("pushButton_save")->isEnabled(), !accepted);
-    QCOMPARE(page.findChild<QPushButton *>("pushButton_cancel")->isEnabled(), !accepted);
-    QCOMPARE(spin(page, "spinBox_laser_power")->isEnabled(), !accepted);
+    QCOMPARE(m_controller->sentCommands(), commands);
+    if (!commands.isEmpty()) {
+        QVERIFY(m_controller->sent.first().stringOverload);
+        QCOMPARE(m_controller->sent.first().value.toString(), startOn ? "FALSE" : "TRUE");
+    }
+    if (!startOn && !powered)
+        QVERIFY(m_controller->readKeys.contains("weld_io_config"));
+    QCOMPARE(m_shell->messageTexts(), messages);
+    QCOMPARE(mainSwitch(page)->isOn(), endOn);
+    QCOMPARE(page.isMainEnabled(), endOn);
+    // Welding locks the settings; the switch itself stays usable.
+    for (const char *name : {"pushButton_save", "pushButton_cancel", "spinBox_laser_power"})
+        QVERIFY2(page.findChild<QWidget *>(name)->isEnabled() == !endOn, name);
     QVERIFY(mainSwitch(page)->isEnabled());
-    QVERIFY(m_controller->readKeys.contains("weld_io_config"));
-
-    const QStringList expected = accepted
-        ? QStringList {"set_weld_enable", "set_weld_setting_config"}
-        : QStringList {"set_weld_enable"};
-    QCOMPARE(m_controller->sentCommands(), expected);
-    QVERIFY(m_controller->sent.first().stringOverload);
-    QCOMPARE(m_controller->sent.first().value.toString(), QStringLiteral("TRUE"));
-    QCOMPARE(m_shell->messageTexts(), accepted ? QStringList() : QStringList {kStartupFailed});
-}
-
-void TestWeldSettingPage::switchingOffNeverJudgesTheReply()
-{
-    m_controller->repliesByCommand["set_weld_enable"] = enableReply(true);
-    WeldSettingPage page;
-    page.show();
-    QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
-    QVERIFY(page.isMainEnabled());
-
-    m_controller->clearSent();
-    m_controller->repliesByCommand["set_weld_enable"] = enableReply(9);
-    QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
-    QVERIFY(!page.isMainEnabled());
-    QCOMPARE(m_controller->sentCommands(), QStringList {"set_weld_enable"});
-    QCOMPARE(m_controller->sent.first().value.toString(), QStringLiteral("FALSE"));
-    QVERIFY(page.findChild<QPushButton *>("pushButton_save")->isEnabled());
-    QVERIFY(spin(page, "spinBox_laser_power")->isEnabled());
-    QVERIFY(m_shell->messages.isEmpty());
-}
-
-void TestWeldSettingPage::poweredRobotRefusesTheSwitch_data()
-{
-    QTest::addColumn<bool>("weldingOn");
-    QTest::newRow("switching on") << false;
-    QTest::newRow("switching off") << true;
-}
-
-void TestWeldSettingPage::poweredRobotRefusesTheSwitch()
-{
-    QFETCH(bool, weldingOn);
-
-    m_controller->serviceData["weld_setting_config"]
-        = QJsonObject {{"laser_main_enable", weldingOn}};
-    m_controller->powered = true;
-    WeldSettingPage page;
-    page.show();
-    QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
-    QCOMPARE(mainSwitch(page)->isOn(), weldingOn);
-    QVERIFY(m_controller->sent.isEmpty());
-    QCOMPARE(m_shell->messageTexts(2), QStringList {kPoweredOn});
 }
 
 void TestWeldSettingPage::loadConversions_data()
