@@ -16,7 +16,6 @@
 #include <QJsonObject>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTabWidget>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
