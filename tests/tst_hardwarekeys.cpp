@@ -109,8 +109,6 @@ private slots:
     void releaseOfPressOnlyKeys();
     void redLightToggles_data();
     void redLightToggles();
-    void wireKeysReportPressAndRelease_data();
-    void wireKeysReportPressAndRelease();
     void keyReplyIsJudged_data();
     void keyReplyIsJudged();
     void workModeSwitch_data();
@@ -249,36 +247,6 @@ void TestHardwareKeys::redLightToggles()
     QCOMPARE(testenv::logTexts(), QStringList());
 }
 
-void TestHardwareKeys::wireKeysReportPressAndRelease_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("success");
-
-    QTest::newRow("wiring") << "Wiring"
-                            << "set_weld_feed_wire"
-                            << "0|Feed wire successfully";
-    QTest::newRow("retract wire") << "Retract Wire"
-                                  << "set_weld_retract_wire"
-                                  << "0|Retract wire successfully";
-}
-
-void TestHardwareKeys::wireKeysReportPressAndRelease()
-{
-    QFETCH(QString, key);
-    QFETCH(QString, command);
-    QFETCH(QString, success);
-
-    PluginUnderTest t;
-    QVERIFY(t.shell.press(key, true));
-    QVERIFY(t.shell.press(key, false));
-
-    QCOMPARE(t.sentValues(command), (QList<QJsonValue> {true, false}));
-    QCOMPARE(t.controller.sentCommands().size(), 2);
-    QCOMPARE(testenv::shownMessages(t.shell), (QStringList {success, success}));
-    QCOMPARE(t.controller.sent.first().sender, &t.plugin);
-}
-
 void TestHardwareKeys::keyReplyIsJudged_data()
 {
     QTest::addColumn<QString>("key");
@@ -304,6 +272,12 @@ void TestHardwareKeys::keyReplyIsJudged_data()
         << "ProtectGas" << true << QJsonArray() << QStringList()
         << QStringList {"E|Phybtn:: open gas failed. not found  set_weld_manual_gas  Result"}
         << QStringList {"ProtectGas"};
+    QTest::newRow("feed press success")
+        << "Wiring" << true << ScriptedController::reply(feed, 0)
+        << QStringList {"0|Feed wire successfully"} << QStringList() << QStringList();
+    QTest::newRow("retract release success")
+        << "Retract Wire" << false << ScriptedController::reply(retract, 0)
+        << QStringList {"0|Retract wire successfully"} << QStringList() << QStringList();
     QTest::newRow("feed press failure")
         << "Wiring" << true << ScriptedController::reply(feed, 7)
         << QStringList {"2|Feed wire failed. Please check logs."}
@@ -339,6 +313,7 @@ void TestHardwareKeys::keyReplyIsJudged()
     QVERIFY(t.shell.press(key, pressed));
 
     QCOMPARE(t.controller.sent.size(), 1);
+    QCOMPARE(t.controller.sent.first().sender, &t.plugin);
     // Gas is only ever opened; the wire keys send the key's state.
     QCOMPARE(
         t.controller.sent.first().value, QJsonValue(key == QLatin1String("ProtectGas") || pressed));
