@@ -15,7 +15,6 @@ private slots:
     void lineBytesPerLevel_data();
     void lineBytesPerLevel();
     void piecesAreSeparatedByOneBlank();
-    void logPathIsFilledWithThePluginKey();
     void unwritableLogFolderStillReachesConsole();
 };
 
@@ -24,16 +23,11 @@ void TestLogLine::lineBytesPerLevel_data()
     QTest::addColumn<int>("level");
     QTest::addColumn<QString>("tag");
     QTest::addColumn<QString>("colour");
-    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I"
-                          << "36";
-    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W"
-                             << "33";
-    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E"
-                           << "31";
-    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S"
-                            << "35";
-    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D"
-                           << "32";
+    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I" << QString("36");
+    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W" << QString("33");
+    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E" << QString("31");
+    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S" << QString("35");
+    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D" << QString("32");
 }
 
 void TestLogLine::lineBytesPerLevel()
@@ -68,15 +62,6 @@ void TestLogLine::piecesAreSeparatedByOneBlank()
     QVERIFY2(lines.first().endsWith(QStringLiteral(
                  "] Phybtn:: open gas failed.  set_weld_manual_gas  Result: 3\x1b[0m")),
         qPrintable(lines.first()));
-}
-
-void TestLogLine::logPathIsFilledWithThePluginKey()
-{
-    QCOMPARE(
-        kellaser::LogLine::logPath(), QStringLiteral("./log/kelplugin/kellaserweld/kellaserweld"));
-    QCOMPARE(kellaser::LogLine::levelTag(
-                 kellaser::LogLevel::Error, QDateTime(QDate(2026, 11, 14), QTime(16, 52, 44, 123))),
-        QStringLiteral("[E|11/14 16:52:44.123]"));
 }
 
 void TestLogLine::unwritableLogFolderStillReachesConsole()

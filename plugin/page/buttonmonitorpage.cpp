@@ -3,6 +3,7 @@
 #include "core/commandchannel.h"
 #include "core/logline.h"
 #include "core/styledescription.h"
+#include "widget/stylesheet.h"
 
 #include "kelplugin/hostfunctions.h"
 #include "kelplugin/interfacemanager.h"
@@ -113,5 +114,6 @@ void ButtonMonitorPage::showSample(const QJsonValue &sample)
 
 void ButtonMonitorPage::initStyle()
 {
-    setStyleSheet(kellaser::StyleDescription::fromResource().styleSheet(objectName()));
+    kellaser::applyStyleSheet(
+        this, kellaser::StyleDescription::fromResource().styleSheet(objectName()));
 }

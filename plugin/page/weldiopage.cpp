@@ -6,6 +6,7 @@
 #include "core/commandchannel.h"
 #include "core/logline.h"
 #include "core/styledescription.h"
+#include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -125,6 +126,8 @@ WeldioPage::WeldioPage(WeldSettingPage *settingPage, QWidget *parent)
     const auto combos = findChildren<QComboBox *>();
     for (QComboBox *combo : combos)
         combo->setMaxVisibleItems(kVisibleItems);
+    for (const Row &row : m_rows)
+        PortCatalogue::fitDropDown(row.port);
 
     connect(m_ui.pushButton_Save, &QPushButton::clicked, this, &WeldioPage::save);
     connect(m_ui.pushButton_Cancel, &QPushButton::clicked, this, &WeldioPage::cancel);
@@ -156,7 +159,8 @@ void WeldioPage::initStyle()
 {
     kellaser::logInfo() << "WeldioPage::initStyle";
     // Group boxes, frames and labels take the common look of the plug-in's pages.
-    setStyleSheet(kellaser::StyleDescription::fromResource().styleSheet(objectName()));
+    kellaser::applyStyleSheet(
+        this, kellaser::StyleDescription::fromResource().styleSheet(objectName()));
 }
 
 void WeldioPage::checkSaveResult(const QJsonArray &result)
@@ -185,10 +189,7 @@ void WeldioPage::loadRecord(const QJsonObject &record)
     for (const Row &row : m_rows) {
         if (row.type)
             row.type->setCurrentIndex(record.value(row.typeKey).toInt());
-        // As QComboBox::setCurrentText: an unknown name leaves the selection alone.
-        const int port = row.items.indexOf(record.value(row.portKey).toString());
-        if (port >= 0)
-            row.port->setCurrentIndex(port);
+        PortCatalogue::selectPort(row.port, row.items, record.value(row.portKey).toString());
         if (row.enable)
             row.enable->setOn(record.value(row.enableKey).toBool(false), true);
     }
