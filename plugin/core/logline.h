@@ -36,6 +36,10 @@ public:
         return *this;
     }
 
+    // False when neither the console nor the log file takes the line: pieces that are costly
+    // to build may then be skipped.
+    bool isWritten() const { return m_log.isConsoleEnabled() || m_log.isFileOpen(); }
+
     // "./log/kelplugin/kellaserweld/kellaserweld"
     static const QString &logPath();
     static QString colour(LogLevel level);
