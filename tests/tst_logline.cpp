@@ -2,6 +2,7 @@
 #include "support/testenvironment.h"
 
 #include <QDateTime>
+#include <QLoggingCategory>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -16,6 +17,7 @@ private slots:
     void lineBytesPerLevel();
     void piecesAreSeparatedByOneBlank();
     void unwritableLogFolderStillReachesConsole();
+    void consoleFollowsTheLoggingRules();
 };
 
 void TestLogLine::lineBytesPerLevel_data()
@@ -87,6 +89,27 @@ void TestLogLine::unwritableLogFolderStillReachesConsole()
     QDir::setCurrent(old);
 
     QVERIFY2(console.contains(QStringLiteral("still visible")), qPrintable(console));
+}
+
+void TestLogLine::consoleFollowsTheLoggingRules()
+{
+    static QStringList console;
+    console.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &msg) { console.append(msg); });
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    kellaser::logInfo() << "file only" << 7 << QStringLiteral("piece");
+    QLoggingCategory::setFilterRules(QString());
+    kellaser::logInfo() << "both";
+    qInstallMessageHandler(previous);
+
+    QCOMPARE(console.size(), 1);
+    QVERIFY(console.first().contains(QLatin1String("both")));
+    // A switched-off console must not cost the file its line.
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines.first().endsWith(QStringLiteral("] file only 7 piece\x1b[0m")),
+        qPrintable(lines.first()));
 }
 
 QTEST_GUILESS_MAIN(TestLogLine)

@@ -23,7 +23,8 @@ public:
     // Plain strings and numbers go to the console stream and, when open, the file stream.
     template<typename T> LogLine &operator<<(const T &piece)
     {
-        m_log.console() << piece;
+        if (m_log.isConsoleEnabled())
+            m_log.console() << piece;
         if (m_log.isFileOpen())
             m_log.file() << piece;
         return *this;
@@ -34,6 +35,10 @@ public:
         m_log << piece;
         return *this;
     }
+
+    // False when neither the console nor the log file takes the line: pieces that are costly
+    // to build may then be skipped.
+    bool isWritten() const { return m_log.isConsoleEnabled() || m_log.isFileOpen(); }
 
     // "./log/kelplugin/kellaserweld/kellaserweld"
     static const QString &logPath();

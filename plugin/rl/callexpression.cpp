@@ -73,9 +73,12 @@ bool extractFunctionAndParameters(
         parameterList = splitTopLevel(parameterText);
     }
 
-    logDebug() << "LASER::"
-               << "kellaser::util::extractFunctionAndParameters"
-               << "functionName:" << functionName << ",parameterList:" << listText(parameterList);
+    // Every successful call is traced; joining the list is left out when the line goes nowhere.
+    LogLine trace(LogLevel::Debug);
+    if (trace.isWritten())
+        trace << "LASER::"
+              << "kellaser::util::extractFunctionAndParameters"
+              << "functionName:" << functionName << ",parameterList:" << listText(parameterList);
     return true;
 }
 
