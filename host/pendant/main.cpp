@@ -1,4 +1,5 @@
 #include "pendantwindow.h"
+#include "programeditor.h"
 #include "pluginhost.h"
 #include "screenshotter.h"
 
@@ -113,6 +114,11 @@ int main(int argc, char *argv[])
         for (const QString &key : host.loadedKeys())
             window.setPluginLabel(key, plugin->pluginLabel());
     }
+    // The program editor lists what the plug-ins registered in afterInit.
+    auto *programEditor = new ProgramEditor;
+    programEditor->setObjectName(QStringLiteral("ProgramEditor"));
+    programEditor->reloadCatalogue();
+    window.addPendantPage(programEditor, QApplication::translate("kelpendant", "Program"));
 
     int result = 0;
     if (parser.isSet(shotOption)) {

@@ -6,8 +6,8 @@ namespace kelplugin {
 class RLManager;
 }
 
-// Registers the laser welding instructions with the pendant's program editor, once, at
-// construction. Still being built.
+// Registers the ten laser welding instructions with the pendant's program editor, once, at
+// construction. What is registered lives on in the host's catalogue.
 class RlLaserWeldDefine : public QObject
 {
     Q_OBJECT
@@ -16,5 +16,8 @@ public:
     ~RlLaserWeldDefine() override;
 
 private:
+    void registerInstruction(const QString &name, const QString &skeleton,
+        const QString &description, const QString &pattern, const QString &defaultText);
+
     kelplugin::RLManager *m_manager;
 };

@@ -1,0 +1,179 @@
+#include "rl/callexpression.h"
+#include "support/testenvironment.h"
+
+#include <QTest>
+
+class TestCallExpression : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { testenv::resetLogFile(); }
+
+    void splitsCalls_data();
+    void splitsCalls();
+    void rejectsNonCalls_data();
+    void rejectsNonCalls();
+    void failureLogsTheInput();
+    void emptyParenthesesLogAnErrorAndSucceed();
+    void summaryLineListsTheParameters();
+    void stripEnclosing_data();
+    void stripEnclosing();
+};
+
+void TestCallExpression::splitsCalls_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("parameters");
+
+    QTest::newRow("nested Offs") << "LsMoveL(Offs(pA,1,2,3), spd, zn);"
+                                 << "LsMoveL" << QStringList {"Offs(pA,1,2,3)", "spd", "zn"};
+    QTest::newRow("empty parentheses") << "   LaserOff()   "
+                                       << "LaserOff" << QStringList {};
+    QTest::newRow("missing semicolon") << "LsWireFwd(50, 1000)"
+                                       << "LsWireFwd" << QStringList {"50", "1000"};
+    QTest::newRow("quoted parameter keeps its quotes") << "LaserOn(\"LsData1\");"
+                                                       << "LaserOn" << QStringList {"\"LsData1\""};
+    QTest::newRow("dropped empty piece") << "a(1,,2)"
+                                         << "a" << QStringList {"1", "2"};
+    QTest::newRow("unbalanced closing parenthesis") << "a(x))"
+                                                    << "a" << QStringList {"x)"};
+    QTest::newRow("blanks between name and parenthesis") << "  LsMoveC  ( p1 , p2 );  "
+                                                         << "LsMoveC" << QStringList {"p1", "p2"};
+    QTest::newRow("comma inside quotes splits") << "f(\"a,b\")"
+                                                << "f" << QStringList {"\"a", "b\""};
+    QTest::newRow("unbalanced opening parenthesis keeps the rest together")
+        << "f(g(1, 2)"
+        << "f" << QStringList {"g(1, 2"};
+    QTest::newRow("only commas") << "f( , , )"
+                                 << "f" << QStringList {};
+}
+
+void TestCallExpression::splitsCalls()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, name);
+    QFETCH(QStringList, parameters);
+
+    QString function = QStringLiteral("stale");
+    QStringList list {QStringLiteral("stale")};
+    QVERIFY(kellaser::util::extractFunctionAndParameters(line, function, list));
+    QCOMPARE(function, name);
+    QCOMPARE(list, parameters);
+}
+
+void TestCallExpression::rejectsNonCalls_data()
+{
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("trailing comment") << "LsWireFwd(50,1000); // feed";
+    QTest::newRow("no parentheses") << "LaserOff;";
+    QTest::newRow("empty line") << "";
+    QTest::newRow("no name") << "(1,2);";
+    QTest::newRow("text after the call") << "f(1) g";
+    QTest::newRow("line break inside") << "f(1,\n2);";
+    QTest::newRow("blank before the semicolon") << "f(1) ;";
+}
+
+void TestCallExpression::rejectsNonCalls()
+{
+    QFETCH(QString, line);
+
+    QString function = QStringLiteral("stale");
+    QStringList list {QStringLiteral("stale")};
+    QVERIFY(!kellaser::util::extractFunctionAndParameters(line, function, list));
+    QVERIFY(function.isEmpty());
+    QVERIFY(list.isEmpty());
+}
+
+void TestCallExpression::failureLogsTheInput()
+{
+    QString function;
+    QStringList list;
+    kellaser::util::extractFunctionAndParameters(QStringLiteral("LaserOff;"), function, list);
+
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines.first().startsWith(QStringLiteral("\x1b[31m[E|")), qPrintable(lines.first()));
+    QVERIFY2(lines.first().contains(QStringLiteral(
+                 "] kellaser::util::extractFunctionAndParameters Parsing failed: Input string does "
+                 "not match function call format. input: LaserOff;\x1b[0m")),
+        qPrintable(lines.first()));
+}
+
+void TestCallExpression::emptyParenthesesLogAnErrorAndSucceed()
+{
+    QString function;
+    QStringList list;
+    QVERIFY(
+        kellaser::util::extractFunctionAndParameters(QStringLiteral("LaserOff()"), function, list));
+
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines.at(0).contains(QStringLiteral(
+                 "] LASER:: kellaser::util::extractFunctionAndParameters Extracted Parameter List: "
+                 "(Empty)")),
+        qPrintable(lines.at(0)));
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("\x1b[31m[E|")));
+    QVERIFY2(
+        lines.at(1).endsWith(QStringLiteral("functionName: LaserOff ,parameterList: ()\x1b[0m")),
+        qPrintable(lines.at(1)));
+}
+
+void TestCallExpression::summaryLineListsTheParameters()
+{
+    QString function;
+    QStringList list;
+    kellaser::util::extractFunctionAndParameters(
+        QStringLiteral("LsMoveL(p1, v100, fine);"), function, list);
+
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 1);
+    QVERIFY(lines.first().startsWith(QStringLiteral("\x1b[32m[D|")));
+    QVERIFY2(lines.first().endsWith(QStringLiteral(
+                 "] LASER:: kellaser::util::extractFunctionAndParameters functionName: LsMoveL "
+                 ",parameterList: (p1, v100, fine)\x1b[0m")),
+        qPrintable(lines.first()));
+}
+
+void TestCallExpression::stripEnclosing_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QString>("suffix");
+    QTest::addColumn<QString>("result");
+
+    QTest::newRow("both present") << "Offs(p1)"
+                                  << "Offs("
+                                  << ")"
+                                  << "p1";
+    QTest::newRow("prefix only") << "Offs(p1"
+                                 << "Offs("
+                                 << ")"
+                                 << "Offs(p1";
+    QTest::newRow("case differs") << "offs(p1)"
+                                  << "Offs("
+                                  << ")"
+                                  << "offs(p1)";
+    QTest::newRow("overlapping prefix and suffix") << "\""
+                                                   << "\""
+                                                   << "\""
+                                                   << "\"";
+    QTest::newRow("exactly prefix and suffix") << "\"\""
+                                               << "\""
+                                               << "\""
+                                               << "";
+}
+
+void TestCallExpression::stripEnclosing()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, prefix);
+    QFETCH(QString, suffix);
+    QFETCH(QString, result);
+    QCOMPARE(kellaser::util::stripEnclosing(text, prefix, suffix), result);
+}
+
+QTEST_GUILESS_MAIN(TestCallExpression)
+#include "tst_callexpression.moc"

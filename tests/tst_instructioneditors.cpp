@@ -1,0 +1,234 @@
+#include "rl/rlparasetinsertwidget.h"
+#include "rl/wmovecfinsertwidget.h"
+#include "rl/wmovecinsertwidget.h"
+#include "rl/wmovelinsertwidget.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
+
+#include <QComboBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+class TestInstructionEditors : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { testenv::resetLogFile(); }
+
+    void roundTrip_data();
+    void roundTrip();
+    void badLineKeepsTheForm_data();
+    void badLineKeepsTheForm();
+    void newEditorShowsTheHostsCurrentFrame();
+    void emptyHostListsStillGiveALine();
+    void userChoiceAnnouncesTheText();
+    void addCurrentPositionTeachesTheNextFreePoint();
+    void refusedCurrentPositionIsReported();
+
+private:
+    static std::unique_ptr<kelplugin::RLContentBase> makeEditor(const QString &name);
+};
+
+std::unique_ptr<kelplugin::RLContentBase> TestInstructionEditors::makeEditor(const QString &name)
+{
+    if (name == QLatin1String("LsMoveL"))
+        return std::make_unique<kelplugin::WMoveLInsertWidget>(name);
+    if (name == QLatin1String("LsMoveC"))
+        return std::make_unique<kelplugin::WMoveCInsertWidget>(name);
+    if (name == QLatin1String("LsMoveCF"))
+        return std::make_unique<kelplugin::WMoveCFInsertWidget>(name);
+    return std::make_unique<kelplugin::RLParaSetInsertWidget>(name);
+}
+
+void TestInstructionEditors::roundTrip_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("LsMoveL taught point") << "LsMoveL"
+                                          << "LsMoveL(p20, v500, z10, tool1, wobj1);"
+                                          << "LsMoveL(p20, v500, z10, tool1, wobj1);";
+    QTest::newRow("LsMoveL Offs with fractions")
+        << "LsMoveL"
+        << "LsMoveL(Offs(p20,1.5,-2,3), v100, fine, tool0, wobj0);"
+        << "LsMoveL(Offs(p20,1.5,-2,3), v100, fine, tool0, wobj0);";
+    QTest::newRow("LsMoveL RelTool with blanks and no semicolon")
+        << "LsMoveL"
+        << "  LsMoveL( RelTool( p10 , 0 , 0 , -5 ) ,v100,fine,tool0,wobj0)"
+        << "LsMoveL(RelTool(p10,0,0,-5), v100, fine, tool0, wobj0);";
+    QTest::newRow("LsMoveL names the host does not list are kept")
+        << "LsMoveL"
+        << "LsMoveL(pX, vFast, zBig, gun2, table);"
+        << "LsMoveL(pX, vFast, zBig, gun2, table);";
+    QTest::newRow("LsMoveL missing trailing parameters take the defaults")
+        << "LsMoveL"
+        << "LsMoveL(p20);"
+        << "LsMoveL(p20, v100, fine, tool0, wobj0);";
+    QTest::newRow("LsMoveC via and end point")
+        << "LsMoveC"
+        << "LsMoveC(p10, Offs(p20,0,0,10), v500, z1, tool0, wobj1);"
+        << "LsMoveC(p10, Offs(p20,0,0,10), v500, z1, tool0, wobj1);";
+    QTest::newRow("LsMoveCF via and end point")
+        << "LsMoveCF"
+        << "LsMoveCF(RelTool(p20,1,2,3), p10, v100, z10, tool1, wobj0);"
+        << "LsMoveCF(RelTool(p20,1,2,3), p10, v100, z10, tool1, wobj0);";
+    QTest::newRow("LsParaSet weld data") << "LsParaSet"
+                                         << "LsParaSet(\"LsData7\");"
+                                         << "LsParaSet(\"LsData7\");";
+    QTest::newRow("LsParaSet last weld data") << "LsParaSet"
+                                              << " LsParaSet( \"LsData30\" )"
+                                              << "LsParaSet(\"LsData30\");";
+}
+
+void TestInstructionEditors::roundTrip()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, line);
+    QFETCH(QString, text);
+    ScriptedController controller;
+    const auto editor = makeEditor(name);
+
+    editor->setInstructionText(line);
+    QCOMPARE(editor->instructionText(), text);
+    // What the editor wrote reads back the same.
+    const auto second = makeEditor(name);
+    second->setInstructionText(editor->instructionText());
+    QCOMPARE(second->instructionText(), text);
+}
+
+void TestInstructionEditors::badLineKeepsTheForm_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("other instruction") << "LsMoveL"
+                                       << "LsMoveC(p10, p20, v100, fine, tool0, wobj0);";
+    QTest::newRow("trailing comment") << "LsMoveL"
+                                      << "LsMoveL(p20, v500, z10, tool1, wobj1); // weld";
+    QTest::newRow("too many parameters") << "LsMoveL"
+                                         << "LsMoveL(p20, v500, z10, tool1, wobj1, extra);";
+    QTest::newRow("no point") << "LsMoveL"
+                              << "LsMoveL();";
+    QTest::newRow("symbolic offset") << "LsMoveL"
+                                     << "LsMoveL(Offs(p20,dx,0,0), v500);";
+    QTest::newRow("not a number offset") << "LsMoveL"
+                                         << "LsMoveL(Offs(p20,nan,0,0), v500);";
+    QTest::newRow("overflowing offset") << "LsMoveL"
+                                        << "LsMoveL(Offs(p20,1e999,0,0), v500);";
+    QTest::newRow("offset short of a number") << "LsMoveL"
+                                              << "LsMoveL(Offs(p20,1,2), v500);";
+    QTest::newRow("point is an expression") << "LsMoveL"
+                                            << "LsMoveL(CRobT(), v500);";
+    QTest::newRow("one point for a circle") << "LsMoveC"
+                                            << "LsMoveC(p20);";
+    QTest::newRow("control characters") << "LsMoveCF" << QString::fromLatin1("\x01(\x02\x7f");
+    QTest::newRow("empty line") << "LsMoveCF"
+                                << "";
+    QTest::newRow("unknown weld data") << "LsParaSet"
+                                       << "LsParaSet(\"LsData31\");";
+    QTest::newRow("unquoted weld data") << "LsParaSet"
+                                        << "LsParaSet(LsData2);";
+    QTest::newRow("lone quote") << "LsParaSet"
+                                << "LsParaSet(\");";
+}
+
+void TestInstructionEditors::badLineKeepsTheForm()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, line);
+    ScriptedController controller;
+    const auto editor = makeEditor(name);
+    const QString before = editor->instructionText();
+
+    editor->setInstructionText(line);
+    QCOMPARE(editor->instructionText(), before);
+    bool warned = false;
+    for (const QString &logged : testenv::logLines())
+        warned = warned || logged.startsWith(QStringLiteral("\x1b[33m[W|"));
+    QVERIFY(warned);
+}
+
+void TestInstructionEditors::newEditorShowsTheHostsCurrentFrame()
+{
+    ScriptedController controller;
+    controller.curTool = QStringLiteral("tool1");
+    controller.curWobj = QStringLiteral("wobj1");
+    kelplugin::WMoveLInsertWidget editor(QStringLiteral("LsMoveL"));
+    QCOMPARE(editor.instructionText(), QStringLiteral("LsMoveL(p10, v100, fine, tool1, wobj1);"));
+}
+
+void TestInstructionEditors::emptyHostListsStillGiveALine()
+{
+    ScriptedController controller;
+    controller.speeds.clear();
+    controller.zones.clear();
+    controller.tools.clear();
+    controller.wobjs.clear();
+    controller.curTool.clear();
+    controller.curWobj.clear();
+    kelplugin::WMoveCInsertWidget editor(QStringLiteral("LsMoveC"));
+    QCOMPARE(
+        editor.instructionText(), QStringLiteral("LsMoveC(p10, p10, v100, fine, tool0, wobj0);"));
+}
+
+void TestInstructionEditors::userChoiceAnnouncesTheText()
+{
+    ScriptedController controller;
+    kelplugin::WMoveLInsertWidget editor(QStringLiteral("LsMoveL"));
+    QSignalSpy spy(&editor, &kelplugin::RLContentBase::instructionTextChanged);
+
+    auto *speed = editor.findChild<QComboBox *>(QStringLiteral("comboBox_speed"));
+    QVERIFY(speed);
+    speed->setCurrentIndex(speed->findText(QStringLiteral("v500")));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("LsMoveL(p10, v500, fine, tool0, wobj0);"));
+
+    // Filling from a line announces the result once, not once per field.
+    spy.clear();
+    editor.setInstructionText(QStringLiteral("LsMoveL(Offs(p20,1,2,3), v100, z10, tool1, wobj1);"));
+    QCOMPARE(spy.count(), 1);
+}
+
+void TestInstructionEditors::addCurrentPositionTeachesTheNextFreePoint()
+{
+    ScriptedController controller;
+    controller.points = QStringList {QStringLiteral("p1"), QStringLiteral("p3")};
+    kelplugin::WMoveCInsertWidget editor(QStringLiteral("LsMoveC"));
+    auto *chooser = editor.findChild<QWidget *>(QStringLiteral("widget_to_point"));
+    QVERIFY(chooser);
+    auto *add = chooser->findChild<QPushButton *>(QStringLiteral("pushButton_add_point"));
+    QVERIFY(add);
+
+    add->click();
+    QCOMPARE(controller.points.last(), QStringLiteral("p2"));
+    QCOMPARE(
+        editor.instructionText(), QStringLiteral("LsMoveC(p1, p2, v100, fine, tool0, wobj0);"));
+}
+
+void TestInstructionEditors::refusedCurrentPositionIsReported()
+{
+    struct RefusingController : ScriptedController
+    {
+        bool addCurrentPoint(const QString &, bool, const QString &, const QString &) override
+        {
+            return false;
+        }
+    } controller;
+    RecordingShell shell;
+    kelplugin::WMoveLInsertWidget editor(QStringLiteral("LsMoveL"));
+    const QString before = editor.instructionText();
+
+    editor.findChild<QPushButton *>(QStringLiteral("pushButton_add_point"))->click();
+    QCOMPARE(editor.instructionText(), before);
+    QCOMPARE(
+        shell.messageTexts(2), QStringList {QStringLiteral("Failed to add the current position.")});
+}
+
+QTEST_MAIN(TestInstructionEditors)
+#include "tst_instructioneditors.moc"
