@@ -30,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // fuzzer does not have to guess a command to reach the deeper branches.
     QStringList commands {QStringLiteral("set_virtual_welding"),
         QStringLiteral("set_weld_manual_gas"), QStringLiteral("set_weld_io_config")};
-    const QJsonObject first = reply.at(0).toObject().value(QStringLiteral("kellaserweld")).toObject();
+    const QJsonObject first
+        = reply.at(0).toObject().value(QStringLiteral("kellaserweld")).toObject();
     if (!first.isEmpty())
         commands.append(first.constBegin().key());
 
@@ -43,8 +44,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         // The two halves of the search check must agree, and report at most one message.
         if (outcome != entry.outcome || shell.messages.size() > 1)
             std::abort();
-        if ((entry.outcome == CommandChannel::Outcome::Success) != (entry.code == 0
-                && entry.outcome != CommandChannel::Outcome::NotFound))
+        if ((entry.outcome == CommandChannel::Outcome::Success)
+            != (entry.code == 0 && entry.outcome != CommandChannel::Outcome::NotFound))
             std::abort();
         shell.clear();
         CommandChannel::firstElementReturn(reply, command);
