@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             ++fields;
             int minimum = 0;
             int maximum = 0;
-            SkeletonForm::spinBounds(piece.field.spec, minimum, maximum);
+            SkeletonForm::spinBounds(piece.field.values, minimum, maximum);
         }
     }
 

@@ -42,6 +42,24 @@ QStringList logTexts()
     return texts;
 }
 
+// A plug-in taken through the host's start-up against a scripted controller and shell.
+struct StartedPlugin
+{
+    explicit StartedPlugin(int steps = 3)
+    {
+        kelplugin::PluginBase &base = plugin;
+        if (steps >= 1)
+            base.init();
+        if (steps >= 2)
+            base.afterInit();
+        if (steps >= 3)
+            base.render();
+    }
+    ScriptedController controller;
+    RecordingShell shell;
+    kelplugin::kelLaserWeld plugin;
+};
+
 } // namespace
 
 class TestLifecycle : public QObject
@@ -84,11 +102,8 @@ void TestLifecycle::constructorSetsLabelAndOwnSheets()
 
 void TestLifecycle::initHandsPageKeysAndIndicatorToTheShellInOrder()
 {
-    ScriptedController controller;
-    RecordingShell shell;
-    kelplugin::kelLaserWeld plugin;
-    kelplugin::PluginBase &base = plugin;
-    base.init();
+    StartedPlugin started(1);
+    const RecordingShell &shell = started.shell;
 
     QStringList functions;
     for (const RecordingShell::Call &call : shell.calls) {
@@ -165,48 +180,32 @@ void TestLifecycle::reconnectShowsTheControllersMode()
     QFETCH(QJsonValue, status);
     QFETCH(bool, simulated);
 
-    ScriptedController controller;
-    RecordingShell shell;
-    kelplugin::kelLaserWeld plugin;
-    kelplugin::PluginBase &base = plugin;
-    base.init();
-    base.afterInit();
-    base.render();
+    StartedPlugin started;
+    ScriptedController &controller = started.controller;
 
     controller.serviceData.insert(kVirtualStatus, true);
     controller.emitConnectionRestored();
-    QCOMPARE(indicatorImage(shell.statusBarWidget), referenceIcon(true));
+    QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(true));
 
     controller.serviceData.insert(kVirtualStatus, status);
     controller.emitConnectionRestored();
-    QCOMPARE(indicatorImage(shell.statusBarWidget), referenceIcon(simulated));
+    QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(simulated));
 }
 
 void TestLifecycle::eachRenderAddsOneReconnectHandler()
 {
-    ScriptedController controller;
-    RecordingShell shell;
-    kelplugin::kelLaserWeld plugin;
-    kelplugin::PluginBase &base = plugin;
-    base.init();
-    base.afterInit();
-    base.render();
-    base.render();
+    StartedPlugin started;
+    static_cast<kelplugin::PluginBase &>(started.plugin).render();
 
-    controller.readKeys.clear();
+    started.controller.readKeys.clear();
     emit kelplugin::kelPluginInterface().sigNetworkConnect();
-    QCOMPARE(controller.readKeys.count(kVirtualStatus), 2);
+    QCOMPARE(started.controller.readKeys.count(kVirtualStatus), 2);
 }
 
 void TestLifecycle::afterInitRegistersTheInstructionCatalogue()
 {
-    ScriptedController controller;
-    RecordingShell shell;
     kelplugin::rlCatalog().clear();
-    kelplugin::kelLaserWeld plugin;
-    kelplugin::PluginBase &base = plugin;
-    base.init();
-    base.afterInit();
+    StartedPlugin started(2);
 
     // The registrar is gone after afterInit; what it registered stays with the host.
     const QList<kelplugin::RLInstruction> instructions = kelplugin::rlCatalog().instructions();

@@ -69,7 +69,7 @@ void TestProgramEditor::accept(QDialog *dialog)
 void TestProgramEditor::skeletonFields_data()
 {
     QTest::addColumn<QString>("skeleton");
-    // One "caption|kind|spec" entry per field, in order.
+    // One "caption|kind|values" entry per field, in order.
     QTest::addColumn<QStringList>("fields");
 
     QTest::newRow("two spin fields")
@@ -94,7 +94,7 @@ void TestProgramEditor::skeletonFields()
     for (const SkeletonForm::Piece &piece : SkeletonForm::parse(skeleton)) {
         if (piece.isField)
             seen.append(
-                QStringList {piece.field.caption, piece.field.kind, piece.field.spec}.join('|'));
+                QStringList {piece.field.caption, piece.field.kind, piece.field.values}.join('|'));
     }
     QCOMPARE(seen, fields);
 }

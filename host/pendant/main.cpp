@@ -86,7 +86,8 @@ int main(int argc, char *argv[])
     kelplugin::setControllerBackend(&controller);
 
     PendantWindow window(&controller);
-    window.resize(1366, 900);
+    // Leaves the plug-in a centre area of about 1024 by 768, as on the pendant.
+    window.resize(1680, 1010);
 
     PluginHost host;
     QObject::connect(&host, &PluginHost::problem, &window, &PendantWindow::reportProblem);

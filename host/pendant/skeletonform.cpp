@@ -43,13 +43,13 @@ SkeletonForm::SkeletonForm(const QString &skeleton, QWidget *parent)
         QWidget *editor = nullptr;
         if (field.kind == kCombo) {
             auto *combo = new QComboBox(this);
-            combo->addItems(field.spec.split(QLatin1Char('/'), Qt::SkipEmptyParts));
+            combo->addItems(field.values.split(QLatin1Char('/'), Qt::SkipEmptyParts));
             editor = combo;
         } else if (field.kind == kSpin) {
             auto *spin = new QSpinBox(this);
             int minimum = 0;
             int maximum = 0;
-            spinBounds(field.spec, minimum, maximum);
+            spinBounds(field.values, minimum, maximum);
             spin->setRange(minimum, maximum);
             editor = spin;
         } else {
@@ -103,9 +103,9 @@ QList<SkeletonForm::Piece> SkeletonForm::parse(const QString &skeleton)
     return pieces;
 }
 
-void SkeletonForm::spinBounds(const QString &spec, int &minimum, int &maximum)
+void SkeletonForm::spinBounds(const QString &values, int &minimum, int &maximum)
 {
-    const QStringList bounds = spec.split(QLatin1Char(','));
+    const QStringList bounds = values.split(QLatin1Char(','));
     bool ok = false;
     minimum = bounds.value(0).trimmed().toInt(&ok);
     if (!ok)

@@ -7,7 +7,7 @@
 class QFormLayout;
 
 // A parameter form built from an instruction skeleton: literal text with fields written as
-// $caption#kind#spec#flag$. "cmb" fields become combo boxes with the "/"-separated items,
+// $caption#kind#values#flag$. "cmb" fields become combo boxes with the "/"-separated items,
 // "spn" fields integer spin boxes with the "min,max" bounds; any other kind a line edit.
 // The fields are named field_0, field_1, ... in order.
 class SkeletonForm : public QWidget
@@ -18,7 +18,7 @@ public:
     {
         QString caption;
         QString kind;
-        QString spec;
+        QString values;
         QString flag;
     };
     struct Piece
@@ -33,8 +33,8 @@ public:
 
     // Text outside well-formed fields (including a "$" without its closing "$") is literal.
     static QList<Piece> parse(const QString &skeleton);
-    // Inclusive bounds of a "spn" spec; a bound that is not a number takes the int limit.
-    static void spinBounds(const QString &spec, int &minimum, int &maximum);
+    // Inclusive bounds of a "spn" field's values; a bound that is not a number takes the int limit.
+    static void spinBounds(const QString &values, int &minimum, int &maximum);
 
     int fieldCount() const { return m_editors.size(); }
     // The instruction text with the chosen values in place of the fields.

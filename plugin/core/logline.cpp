@@ -2,6 +2,8 @@
 
 #include <QDateTime>
 
+#include <limits>
+
 namespace kellaser {
 
 namespace {
@@ -36,6 +38,23 @@ const QString &colourEscape(LogLevel level)
     return escapes[int(level)];
 }
 
+// The local time of the current second is formatted once: converting to local time asks the
+// C library for the time zone on every call, which costs more than the rest of a line.
+QString currentStamp()
+{
+    static qint64 cachedSecond = std::numeric_limits<qint64>::min();
+    static QString cachedPrefix;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const qint64 second = now >= 0 ? now / 1000 : (now - 999) / 1000;
+    if (second != cachedSecond) {
+        cachedPrefix = QDateTime::fromMSecsSinceEpoch(second * 1000)
+                           .toString(QStringLiteral("MM/dd hh:mm:ss."));
+        cachedSecond = second;
+    }
+    const int millis = int(now - second * 1000);
+    return cachedPrefix + QString::number(millis).rightJustified(3, QLatin1Char('0'));
+}
+
 } // namespace
 
 const QString &LogLine::logPath()
@@ -55,8 +74,8 @@ QString LogLine::levelTag(LogLevel level, const QDateTime &time)
 }
 
 LogLine::LogLine(LogLevel level)
-    : m_log(colourEscape(level), levelTag(level, QDateTime::currentDateTime()), QString(),
-        logPath(), QStringLiteral("log"))
+    : m_log(colourEscape(level), tagTemplate(level).arg(currentStamp()), QString(), logPath(),
+        QStringLiteral("log"))
 { }
 
 } // namespace kellaser

@@ -1,14 +1,139 @@
 #include "laserweldpage.h"
 
+#include "characteristicscurvepage.h"
+#include "lasertrackingpage.h"
+#include "weldiopage.h"
+#include "weldparameterpage.h"
+#include "weldsettingpage.h"
+
 #include "core/logline.h"
+#include "widget/switchbutton.h"
+
+#include <QBoxLayout>
+#include <QFile>
+#include <QToolButton>
+
+namespace {
+
+const char *const kPageIndex = "pageIndex";
+
+} // namespace
 
 LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
 {
     kellaser::logInfo() << "LaserWeldPage::LaserWeldPage" << 15;
-    setObjectName(QStringLiteral("LaserWeldPage"));
+    m_ui.setupUi(this);
+
+    auto *navigation = qobject_cast<QBoxLayout *>(m_ui.wgtNav->layout());
+    if (!navigation)
+        return;
+    navigation->setAlignment(Qt::AlignTop);
+    navigation->setSpacing(0);
+    navigation->setContentsMargins(0, 0, 0, 0);
+
+    // The form's placeholder pages go, so that page indices are those of the navigation.
+    while (QWidget *placeholder = m_ui.stackedWidget->widget(0)) {
+        m_ui.stackedWidget->removeWidget(placeholder);
+        delete placeholder;
+    }
+
+    m_settingPage = new WeldSettingPage(this);
+    addNavigation(QStringLiteral(":/png/meanlist/LaserWeldDeviceSetting.png"),
+        tr("Parmeter Setting"), tr("Weld Setup"), m_settingPage);
+    m_ioPage = new WeldioPage(m_settingPage, this);
+    addNavigation(QStringLiteral(":/png/meanlist/LaserWeldIO.png"), tr("Soldering I/O"),
+        tr("Weld I/O"), m_ioPage);
+    m_curvePage = new CharacteristicsCurvePage(m_settingPage, this);
+    addNavigation(QStringLiteral(":/png/meanlist/LaserWeldCharacteristicCurve.png"),
+        tr("Characteristic curves"), tr("Char. Curve"), m_curvePage);
+    m_parameterPage = new WeldParameterPage(m_settingPage, this);
+    addNavigation(QStringLiteral(":/png/meanlist/LaserWeldProcessSetting.png"),
+        tr("Welding Parameters"), tr("Weld Data"), m_parameterPage);
+    m_trackingPage = new LaserTrackingPage(this);
+    addNavigation(QStringLiteral(":/png/meanlist/LaserWeldWeaveFunction.png"), tr("Laser Tracking"),
+        tr("Laser Tracking"), m_trackingPage);
+
+    connect(
+        m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::setPageStatus);
+
+    m_ui.wgtContent->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
+    m_ui.wgtTitle->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
+    m_ui.lblTitle->setStyleSheet(
+        QStringLiteral("QLabel#lblTitle{font:bold 16px;min-height:30px;}"));
 }
 
 LaserWeldPage::~LaserWeldPage() = default;
 
+void LaserWeldPage::addNavigation(
+    const QString &icon, const QString &title, const QString &caption, QWidget *page)
+{
+    const int index = m_ui.stackedWidget->addWidget(page);
+    auto *button = new QToolButton(m_ui.wgtNav);
+    button->setText(caption);
+    button->setCheckable(true);
+    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    button->setMinimumHeight(42);
+    button->setProperty(kPageIndex, index);
+    connect(
+        button, &QToolButton::clicked, this, [this, button, title] { selectPage(button, title); });
+    if (QFile::exists(icon))
+        button->setIcon(QIcon(icon));
+    button->setSizePolicy(QSizePolicy::Expanding, button->sizePolicy().verticalPolicy());
+    button->setStyleSheet(QStringLiteral(
+        "QToolButton {height: 30px;padding: 0px 6px;background-color: rgb(235, 235, 235);"
+        "border: none;border-radius: 3px;font: 17px;color: black;}"
+        "QToolButton:hover {background: rgb(99, 99, 99);background-color: rgb(135, 161, 174);}"
+        "QToolButton:pressed {background: #636363;}"
+        "QToolButton:checked {background: #8a0121;color: white;}"));
+    m_ui.wgtNav->layout()->addWidget(button);
+    if (m_ui.stackedWidget->count() == 1)
+        button->click();
+}
+
+void LaserWeldPage::selectPage(QToolButton *button, const QString &title)
+{
+    m_ui.stackedWidget->setCurrentIndex(button->property(kPageIndex).toInt());
+    m_ui.lblTitle->setText(title);
+    const auto buttons = m_ui.wgtNav->findChildren<QToolButton *>();
+    for (QToolButton *other : buttons)
+        other->setChecked(other == button);
+}
+
+void LaserWeldPage::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    const auto buttons = m_ui.wgtNav->findChildren<QToolButton *>();
+    if (!buttons.isEmpty())
+        buttons.first()->click();
+}
+
+void LaserWeldPage::setPageStatus(bool enable)
+{
+    if (m_ioPage)
+        m_ioPage->setEnabled(!enable);
+    if (m_curvePage)
+        m_curvePage->setEnabled(!enable);
+    if (m_parameterPage)
+        m_parameterPage->setEnabled(!enable);
+    if (m_settingPage)
+        m_settingPage->setEditableArea(!enable);
+}
+
 void LaserWeldPage::initRenderStyle()
-{ }
+{
+    m_ui.scrollArea->setStyleSheet(QStringLiteral(
+        "QScrollBar:vertical, QScrollBar:horizontal {background:#f5f5f5;"
+        "border:1px solid #c8c8c8;border-radius:6px;margin:0px;min-width:30px;min-height:8px;}"
+        "QScrollBar::handle:vertical, QScrollBar::handle:horizontal {background:#c8c8c8;"
+        "border-radius:10px;min-width:30px;min-height:8px;}"
+        "QScrollBar::handle:vertical:hover, QScrollBar::handle:horizontal:hover "
+        "{background:#b0b0b0;}"
+        "QScrollBar::add-line, QScrollBar::sub-line {border:none;background:none;width:0px;"
+        "height:0px;}"));
+    if (m_settingPage)
+        m_settingPage->initStyle();
+    if (m_ioPage)
+        m_ioPage->initStyle();
+    if (m_curvePage)
+        m_curvePage->initStyle();
+}

@@ -1,8 +1,18 @@
 #pragma once
 
+#include "ui_laserweldpage.h"
+
 #include <QWidget>
 
-// The plug-in's centre page. Navigation and the configuration pages are still being built.
+class CharacteristicsCurvePage;
+class LaserTrackingPage;
+class QToolButton;
+class WeldParameterPage;
+class WeldSettingPage;
+class WeldioPage;
+
+// The plug-in's centre page: a navigation column on the left, and the title above the
+// configuration page chosen there.
 class LaserWeldPage : public QWidget
 {
     Q_OBJECT
@@ -12,4 +22,23 @@ public:
 
     // Style sheets that depend on the pendant's look, applied from the plug-in's render step.
     void initRenderStyle();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private slots:
+    // While welding is on, only the device settings page's main switch stays usable.
+    void setPageStatus(bool enable);
+
+private:
+    void addNavigation(
+        const QString &icon, const QString &title, const QString &caption, QWidget *page);
+    void selectPage(QToolButton *button, const QString &title);
+
+    Ui::LaserWeldPage m_ui;
+    WeldSettingPage *m_settingPage = nullptr;
+    WeldioPage *m_ioPage = nullptr;
+    CharacteristicsCurvePage *m_curvePage = nullptr;
+    WeldParameterPage *m_parameterPage = nullptr;
+    LaserTrackingPage *m_trackingPage = nullptr;
 };

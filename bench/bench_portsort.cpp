@@ -1,0 +1,109 @@
+#include "benchmain.h"
+
+#include "page/portcatalogue.h"
+
+#include <QCollator>
+#include <QRandomGenerator>
+#include <QRegExp>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace {
+
+// 10,000 names as a large cell would report them, in the host's arbitrary order.
+QStringList portNames()
+{
+    static const char *const prefixes[] = {"DO", "DI", "GO", "AO", "do_", "DO_Board", "EXT_IO"};
+    QRandomGenerator random(42);
+    QStringList names;
+    for (int i = 0; i < 10000; ++i) {
+        const QString prefix = QLatin1String(prefixes[random.bounded(7)]);
+        switch (random.bounded(3)) {
+        case 0:
+            names.append(prefix + QString::number(random.bounded(5000)));
+            break;
+        case 1:
+            names.append(prefix + QString::number(random.bounded(16)) + QLatin1Char('_')
+                + QString::number(random.bounded(64)));
+            break;
+        default:
+            names.append(prefix + QString::number(random.bounded(999)) + QLatin1Char('A'));
+        }
+    }
+    return names;
+}
+
+// The ordering written straight down: tokenise both names inside every comparison.
+QVariantList tokens(const QString &name)
+{
+    QVariantList list;
+    QRegExp rx(QStringLiteral("([A-Za-z]+|\\d+)"));
+    int pos = 0;
+    while ((pos = rx.indexIn(name, pos)) != -1) {
+        const QString text = rx.cap(1);
+        bool ok = false;
+        const int number = text.toInt(&ok, 10);
+        list.append(ok ? QVariant(number) : QVariant(text));
+        pos += rx.matchedLength();
+    }
+    return list;
+}
+
+bool straightforwardLess(const QString &a, const QString &b)
+{
+    const QVariantList ta = tokens(a);
+    const QVariantList tb = tokens(b);
+    for (int i = 0; i < qMin(ta.size(), tb.size()); ++i) {
+        if (ta[i].type() == QVariant::Int && tb[i].type() == QVariant::Int) {
+            if (ta[i].toInt() != tb[i].toInt())
+                return ta[i].toInt() < tb[i].toInt();
+            continue;
+        }
+        const QString sa = ta[i].toString();
+        const QString sb = tb[i].toString();
+        if (sa != sb)
+            return sa < sb;
+    }
+    return ta.size() < tb.size();
+}
+
+void portCatalogue(benchmark::State &state)
+{
+    const QStringList names = portNames();
+    for (auto _ : state) {
+        QStringList sorted = PortCatalogue::sorted(names);
+        benchmark::DoNotOptimize(sorted);
+    }
+}
+
+void tokeniseInComparison(benchmark::State &state)
+{
+    const QStringList names = portNames();
+    for (auto _ : state) {
+        QStringList sorted = names;
+        std::sort(sorted.begin(), sorted.end(), straightforwardLess);
+        benchmark::DoNotOptimize(sorted);
+    }
+}
+
+void collatorNumeric(benchmark::State &state)
+{
+    const QStringList names = portNames();
+    QCollator collator(QLocale::c());
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseSensitive);
+    for (auto _ : state) {
+        QStringList sorted = names;
+        std::sort(sorted.begin(), sorted.end(), collator);
+        benchmark::DoNotOptimize(sorted);
+    }
+}
+
+} // namespace
+
+BENCHMARK(portCatalogue)->Unit(benchmark::kMillisecond);
+BENCHMARK(tokeniseInComparison)->Unit(benchmark::kMillisecond);
+BENCHMARK(collatorNumeric)->Unit(benchmark::kMillisecond);
+
+KEL_BENCHMARK_MAIN()

@@ -1,0 +1,5 @@
+#include "characteristicscurvepage.h"
+
+CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *, QWidget *parent)
+    : QWidget(parent)
+{ }

@@ -1,0 +1,4 @@
+#include "weldparameterpage.h"
+
+WeldParameterPage::WeldParameterPage(WeldSettingPage *, QWidget *parent) : QWidget(parent)
+{ }

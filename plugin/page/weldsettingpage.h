@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ui_weldsettingpage.h"
+
+#include <QWidget>
+
+class QJsonArray;
+class QJsonObject;
+class SwitchButton;
+
+// The device settings page: laser unit, assist gas timing, restart, wire feeder and wire-stick
+// detection, and the welding main switch. Edits the controller's weld_setting_config record.
+class WeldSettingPage : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit WeldSettingPage(QWidget *parent = nullptr);
+    ~WeldSettingPage() override;
+
+    void initStyle();
+    void checkSaveResult(const QJsonArray &result);
+
+    // The record as the widgets hold it.
+    QJsonObject record() const;
+    // Fills the widgets from a record with the controller's number conversions.
+    void loadRecord(const QJsonObject &record);
+
+    // True while laser welding is switched on; other pages lock themselves then.
+    bool isMainEnabled() const;
+    SwitchButton *mainSwitch() const;
+    // Sections and the Save/Cancel buttons; the main switch itself is never locked.
+    void setEditableArea(bool editable);
+
+    // The blocking pause around the main switch, in ms; tests shorten it.
+    static void setSwitchWait(int milliseconds);
+
+signals:
+    void setMainEnable(bool enable);
+
+public slots:
+    void buttontest();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private slots:
+    void setRetractionPlanStatus(bool isOn);
+    void setWireStickingPlanStatus(bool isOn);
+    void setFeederPlanStatus(bool isOn);
+    void onSwitchMain(bool isOn);
+
+private:
+    bool validate();
+    void save();
+    void cancel();
+    void fillPortLists();
+    static bool isStartupAccepted(const QJsonArray &reply);
+    static void pause();
+
+    Ui::WeldSettingPage m_ui;
+};

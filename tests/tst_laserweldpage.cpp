@@ -1,0 +1,165 @@
+#include "page/characteristicscurvepage.h"
+#include "page/laserweldpage.h"
+#include "page/weldiopage.h"
+#include "page/weldsettingpage.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "widget/switchbutton.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QStackedWidget>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+QList<QToolButton *> navigation(LaserWeldPage &page)
+{
+    return page.findChild<QWidget *>("wgtNav")->findChildren<QToolButton *>();
+}
+
+} // namespace
+
+class TestLaserWeldPage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void navigationButtonSelectsItsPage_data();
+    void navigationButtonSelectsItsPage();
+    void missingIconLeavesTheButtonWorking();
+    void everyShowStartsOnTheSettingsPage();
+    void weldingSwitchLocksTheOtherPages();
+
+private:
+    ScriptedController *m_controller = nullptr;
+    RecordingShell *m_shell = nullptr;
+};
+
+void TestLaserWeldPage::initTestCase()
+{
+    WeldSettingPage::setSwitchWait(0);
+}
+
+void TestLaserWeldPage::init()
+{
+    m_controller = new ScriptedController;
+    m_shell = new RecordingShell;
+}
+
+void TestLaserWeldPage::cleanup()
+{
+    delete m_shell;
+    delete m_controller;
+}
+
+void TestLaserWeldPage::navigationButtonSelectsItsPage_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("pageClass");
+
+    QTest::newRow("device settings") << 0 << "Weld Setup"
+                                     << "Parmeter Setting"
+                                     << "WeldSettingPage";
+    QTest::newRow("I/O") << 1 << "Weld I/O"
+                         << "Soldering I/O"
+                         << "WeldioPage";
+    QTest::newRow("curves") << 2 << "Char. Curve"
+                            << "Characteristic curves"
+                            << "CharacteristicsCurvePage";
+    QTest::newRow("parameters") << 3 << "Weld Data"
+                                << "Welding Parameters"
+                                << "WeldParameterPage";
+    QTest::newRow("tracking") << 4 << "Laser Tracking"
+                              << "Laser Tracking"
+                              << "LaserTrackingPage";
+}
+
+void TestLaserWeldPage::navigationButtonSelectsItsPage()
+{
+    QFETCH(int, index);
+    QFETCH(QString, caption);
+    QFETCH(QString, title);
+    QFETCH(QString, pageClass);
+
+    LaserWeldPage page;
+    page.show();
+    const QList<QToolButton *> buttons = navigation(page);
+    QCOMPARE(buttons.size(), 5);
+    QToolButton *button = buttons.at(index);
+    QCOMPARE(button->text(), caption);
+    QVERIFY(button->isCheckable());
+    QCOMPARE(button->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+
+    QTest::mouseClick(button, Qt::LeftButton);
+    auto *stack = page.findChild<QStackedWidget *>("stackedWidget");
+    QCOMPARE(stack->count(), 5);
+    QCOMPARE(stack->currentIndex(), index);
+    QCOMPARE(stack->currentWidget()->metaObject()->className(), pageClass.toLatin1());
+    QCOMPARE(page.findChild<QLabel *>("lblTitle")->text(), title);
+    for (QToolButton *other : buttons)
+        QCOMPARE(other->isChecked(), other == button);
+}
+
+void TestLaserWeldPage::missingIconLeavesTheButtonWorking()
+{
+    const QStringList icons {":/png/meanlist/LaserWeldDeviceSetting.png",
+        ":/png/meanlist/LaserWeldIO.png", ":/png/meanlist/LaserWeldCharacteristicCurve.png",
+        ":/png/meanlist/LaserWeldProcessSetting.png", ":/png/meanlist/LaserWeldWeaveFunction.png"};
+    LaserWeldPage page;
+    page.show();
+    const QList<QToolButton *> buttons = navigation(page);
+    for (int i = 0; i < buttons.size(); ++i) {
+        QCOMPARE(buttons[i]->icon().isNull(), !QFile::exists(icons[i]));
+        QTest::mouseClick(buttons[i], Qt::LeftButton);
+        QCOMPARE(page.findChild<QStackedWidget *>("stackedWidget")->currentIndex(), i);
+    }
+}
+
+void TestLaserWeldPage::everyShowStartsOnTheSettingsPage()
+{
+    LaserWeldPage page;
+    page.show();
+    QTest::mouseClick(navigation(page).at(3), Qt::LeftButton);
+    page.hide();
+    page.show();
+    auto *stack = page.findChild<QStackedWidget *>("stackedWidget");
+    QVERIFY(qobject_cast<WeldSettingPage *>(stack->currentWidget()));
+    QCOMPARE(page.findChild<QLabel *>("lblTitle")->text(), QStringLiteral("Parmeter Setting"));
+    QVERIFY(navigation(page).at(0)->isChecked());
+    QVERIFY(!navigation(page).at(3)->isChecked());
+}
+
+void TestLaserWeldPage::weldingSwitchLocksTheOtherPages()
+{
+    m_controller->repliesByCommand["set_weld_enable"]
+        = ScriptedController::reply("set_weld_enable", true);
+    LaserWeldPage page;
+    page.show();
+    auto *io = page.findChild<WeldioPage *>();
+    auto *curve = page.findChild<CharacteristicsCurvePage *>();
+    auto *settings = page.findChild<WeldSettingPage *>();
+    auto *mainSwitch = settings->findChild<SwitchButton *>("pushButton_main_enable");
+
+    QTest::mouseClick(mainSwitch, Qt::LeftButton);
+    QVERIFY(settings->isMainEnabled());
+    QVERIFY(!io->isEnabledTo(&page));
+    QVERIFY(!curve->isEnabledTo(&page));
+    QVERIFY(!settings->findChild<QWidget *>("pushButton_save")->isEnabled());
+
+    QTest::mouseClick(mainSwitch, Qt::LeftButton);
+    QVERIFY(!settings->isMainEnabled());
+    QVERIFY(io->isEnabledTo(&page));
+    QVERIFY(curve->isEnabledTo(&page));
+    QVERIFY(settings->findChild<QWidget *>("pushButton_save")->isEnabled());
+}
+
+QTEST_MAIN(TestLaserWeldPage)
+#include "tst_laserweldpage.moc"

@@ -1,0 +1,241 @@
+#include "page/portcatalogue.h"
+#include "support/scriptedcontroller.h"
+
+#include <QRandomGenerator>
+#include <QRegExp>
+#include <QTest>
+#include <QVariant>
+
+#include <functional>
+
+namespace {
+
+// The ordering as written out for the controller's port names, tokenising inside every
+// comparison; the catalogue must agree with it on every pair.
+bool referenceLess(const QString &a, const QString &b)
+{
+    const auto tokens = [](const QString &name) {
+        QVariantList list;
+        QRegExp rx(QStringLiteral("([A-Za-z]+|\\d+)"));
+        int pos = 0;
+        while ((pos = rx.indexIn(name, pos)) != -1) {
+            const QString text = rx.cap(1);
+            bool ok = false;
+            const int number = text.toInt(&ok, 10);
+            list.append(ok ? QVariant(number) : QVariant(text));
+            pos += rx.matchedLength();
+        }
+        return list;
+    };
+    const QVariantList ta = tokens(a);
+    const QVariantList tb = tokens(b);
+    for (int i = 0; i < qMin(ta.size(), tb.size()); ++i) {
+        if (ta[i].type() == QVariant::Int && tb[i].type() == QVariant::Int) {
+            if (ta[i].toInt() != tb[i].toInt())
+                return ta[i].toInt() < tb[i].toInt();
+            continue;
+        }
+        const QString sa = ta[i].toString();
+        const QString sb = tb[i].toString();
+        if (sa != sb)
+            return sa < sb;
+    }
+    return ta.size() < tb.size();
+}
+
+QString randomName(QRandomGenerator &random, bool withOverlongRuns)
+{
+    static const QString pieces[]
+        = {QStringLiteral("DO"), QStringLiteral("do"), QStringLiteral("GI"), QStringLiteral("A"),
+            QStringLiteral("Board"), QStringLiteral("_"), QStringLiteral("."), QStringLiteral(" "),
+            QStringLiteral("0"), QStringLiteral("007"), QStringLiteral("2"), QStringLiteral("10"),
+            QStringLiteral("2147483647"), QString(QChar(0x0663)), QString(QChar(0xE9))};
+    static const QString overlong[] = {QStringLiteral("2147483648"), QStringLiteral("15000000000"),
+        QStringLiteral("99999999999"), QStringLiteral("000000000000000000001")};
+    QString name;
+    const int count = int(random.bounded(5));
+    for (int i = 0; i < count; ++i) {
+        if (withOverlongRuns && random.bounded(4) == 0)
+            name += overlong[random.bounded(int(std::size(overlong)))];
+        else
+            name += pieces[random.bounded(int(std::size(pieces)))];
+    }
+    return name;
+}
+
+} // namespace
+
+class TestPortCatalogue : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void naturalComparison_data();
+    void naturalComparison();
+    void sortedOrder_data();
+    void sortedOrder();
+    void agreesWithTheWrittenOrderingOnRandomNames_data();
+    void agreesWithTheWrittenOrderingOnRandomNames();
+    void inconsistentNamesStillYieldAPermutation();
+    void eachTypeAsksTheHostAgain_data();
+    void eachTypeAsksTheHostAgain();
+};
+
+void TestPortCatalogue::naturalComparison_data()
+{
+    QTest::addColumn<QString>("a");
+    QTest::addColumn<QString>("b");
+    QTest::addColumn<bool>("aFirst");
+    QTest::addColumn<bool>("bFirst");
+
+    QTest::newRow("numbers compare as numbers") << "DO2"
+                                                << "DO10" << true << false;
+    QTest::newRow("fewer tokens first") << "DO10"
+                                        << "DO10A" << true << false;
+    QTest::newRow("leading zeros are equal") << "AO1"
+                                             << "AO01" << false << false;
+    QTest::newRow("separators only separate") << "DO_1"
+                                              << "DO1" << false << false;
+    QTest::newRow("upper case before lower case") << "DO9"
+                                                  << "do1" << true << false;
+    QTest::newRow("no tokens before any token") << "_-."
+                                                << "A" << true << false;
+    QTest::newRow("empty name before any token") << ""
+                                                 << "0" << true << false;
+    QTest::newRow("number before letters") << "DO1"
+                                           << "DOA" << true << false;
+    QTest::newRow("largest int is a number") << "DO2147483646"
+                                             << "DO2147483647" << true << false;
+    QTest::newRow("overlong digit run against a number is text") << "DO99999999999"
+                                                                 << "DO5" << false << true;
+    QTest::newRow("overlong digit run can sort before a smaller number") << "DO15000000000"
+                                                                         << "DO3" << true << false;
+    QTest::newRow("overlong digit runs compare as text") << "DO10000000000"
+                                                         << "DO9999999999" << true << false;
+    QTest::newRow("non-ASCII letters are dropped")
+        << QString("DO\u00e91") << "DO1" << false << false;
+}
+
+void TestPortCatalogue::naturalComparison()
+{
+    QFETCH(QString, a);
+    QFETCH(QString, b);
+    QFETCH(bool, aFirst);
+    QFETCH(bool, bFirst);
+    QCOMPARE(PortCatalogue::lessThan(a, b), aFirst);
+    QCOMPARE(PortCatalogue::lessThan(b, a), bFirst);
+}
+
+void TestPortCatalogue::sortedOrder_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("empty list") << QStringList() << QStringList();
+    QTest::newRow("one name unchanged") << QStringList {"do_X"} << QStringList {"do_X"};
+    QTest::newRow("mixed digital outputs") << QStringList {"DO10", "do1", "DO10A", "DO2", "DO1",
+        "AO3"} << QStringList {"AO3", "DO1", "DO2", "DO10", "DO10A", "do1"};
+    QTest::newRow("letter runs longer than eight letters")
+        << QStringList {"EXTERNALB2", "EXTERNALA10", "EXTERNAL", "EXTERNALA9", "EXTERNALa1"}
+        << QStringList {"EXTERNAL", "EXTERNALA9", "EXTERNALA10", "EXTERNALB2", "EXTERNALa1"};
+    QTest::newRow("group ports with numbers inside") << QStringList {
+        "GO1_10", "GO1_9", "GO2_1", "GO"} << QStringList {"GO", "GO1_9", "GO1_10", "GO2_1"};
+}
+
+void TestPortCatalogue::sortedOrder()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QStringList, expected);
+    QCOMPARE(PortCatalogue::sorted(names), expected);
+}
+
+void TestPortCatalogue::agreesWithTheWrittenOrderingOnRandomNames_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::newRow("seed 1") << 1u;
+    QTest::newRow("seed 2") << 2u;
+    QTest::newRow("seed 3") << 3u;
+}
+
+void TestPortCatalogue::agreesWithTheWrittenOrderingOnRandomNames()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    QStringList names;
+    for (int i = 0; i < 400; ++i)
+        names.append(randomName(random, i % 2 == 1));
+    for (int i = 0; i + 1 < names.size(); ++i) {
+        const QString &a = names[i];
+        const QString &b = names[i + 1];
+        QVERIFY2(PortCatalogue::lessThan(a, b) == referenceLess(a, b),
+            qPrintable(a + QStringLiteral(" | ") + b));
+        QVERIFY2(PortCatalogue::lessThan(b, a) == referenceLess(b, a),
+            qPrintable(b + QStringLiteral(" | ") + a));
+    }
+
+    // Where the ordering is consistent the result is ordered by it.
+    QStringList consistent;
+    for (int i = 0; i < 2000; ++i)
+        consistent.append(randomName(random, false));
+    const QStringList sorted = PortCatalogue::sorted(consistent);
+    for (int i = 0; i + 1 < sorted.size(); ++i)
+        QVERIFY2(!referenceLess(sorted[i + 1], sorted[i]), qPrintable(sorted[i]));
+    QStringList a = sorted;
+    QStringList b = consistent;
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    QCOMPARE(a, b);
+}
+
+void TestPortCatalogue::inconsistentNamesStillYieldAPermutation()
+{
+    // DO20 < DO100 as numbers, DO100 < DO15000000000 and DO15000000000 < DO20 as text: a
+    // cycle, which lets an introsort run past the array.
+    QStringList names;
+    QRandomGenerator random(7);
+    for (int i = 0; i < 5000; ++i) {
+        switch (random.bounded(4)) {
+        case 0:
+            names.append(QStringLiteral("DO%1").arg(random.bounded(1000)));
+            break;
+        case 1:
+            names.append(
+                QStringLiteral("DO1%1").arg(random.bounded(1000000000u), 10, 10, QLatin1Char('0')));
+            break;
+        default:
+            names.append(randomName(random, true));
+        }
+    }
+    QStringList sorted = PortCatalogue::sorted(names);
+    QCOMPARE(sorted.size(), names.size());
+    std::sort(sorted.begin(), sorted.end());
+    std::sort(names.begin(), names.end());
+    QCOMPARE(sorted, names);
+}
+
+void TestPortCatalogue::eachTypeAsksTheHostAgain_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<int>("operation");
+    const char *types[] = {"AI", "AO", "DI", "DO", "GI", "GO"};
+    for (int i = 0; i < 6; ++i)
+        QTest::newRow(types[i]) << QString::fromLatin1(types[i]) << i;
+}
+
+void TestPortCatalogue::eachTypeAsksTheHostAgain()
+{
+    QFETCH(QString, type);
+    QFETCH(int, operation);
+    const std::function<QStringList()> operations[]
+        = {PortCatalogue::analogInputs, PortCatalogue::analogOutputs, PortCatalogue::digitalInputs,
+            PortCatalogue::digitalOutputs, PortCatalogue::groupInputs, PortCatalogue::groupOutputs};
+
+    ScriptedController controller;
+    controller.ports[type] = QStringList {type + "10", type + "2"};
+    QCOMPARE(operations[operation](), (QStringList {type + "2", type + "10"}));
+    controller.ports[type].append(type + "1");
+    QCOMPARE(operations[operation](), (QStringList {type + "1", type + "2", type + "10"}));
+}
+
+QTEST_GUILESS_MAIN(TestPortCatalogue)
+#include "tst_portcatalogue.moc"

@@ -1,0 +1,481 @@
+#include "page/weldiopage.h"
+#include "page/weldsettingpage.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
+#include "widget/switchbutton.h"
+
+#include <QComboBox>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+
+// A record every check accepts: the two rows without a switch have ports, all others are off.
+QJsonObject validRecord()
+{
+    return QJsonObject {{"laser_enable_port", "DO1"}, {"gas_protect_port", "DO2"}};
+}
+
+QJsonObject patched(QJsonObject record, const QJsonObject &patch)
+{
+    for (auto it = patch.begin(); it != patch.end(); ++it)
+        record.insert(it.key(), it.value());
+    return record;
+}
+
+QStringList items(const QComboBox *combo)
+{
+    QStringList texts;
+    for (int i = 0; i < combo->count(); ++i)
+        texts.append(combo->itemText(i));
+    return texts;
+}
+
+} // namespace
+
+class TestWeldioPage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void saveChecks_data();
+    void saveChecks();
+    void editsStayAfterFailedSave();
+    void saveResult_data();
+    void saveResult();
+    void showFillsEveryPortListWithAnEmptyFirstItem();
+    void typeChangeRefillsWithoutEmptyItem_data();
+    void typeChangeRefillsWithoutEmptyItem();
+    void loadSetsTypeBeforePort_data();
+    void loadSetsTypeBeforePort();
+    void retractCaption_data();
+    void retractCaption();
+    void editLock_data();
+    void editLock();
+    void rowSwitchEnablesItsRow_data();
+    void rowSwitchEnablesItsRow();
+    void badRecordsLoadWithoutHarm_data();
+    void badRecordsLoadWithoutHarm();
+    void cancelReloadsTheRecord();
+    void recordHoldsTheWholeKeySet();
+
+private:
+    ScriptedController *m_controller = nullptr;
+    RecordingShell *m_shell = nullptr;
+};
+
+void TestWeldioPage::init()
+{
+    m_controller = new ScriptedController;
+    m_shell = new RecordingShell;
+    m_controller->ports = {
+        {"DO", {"DO10", "DO2", "DO1", "DO3", "DO4", "IO7"}},
+        {"DI", {"DI1", "DI2", "DI3", "IO7"}},
+        {"AO", {"AO2", "AO1", "P1"}},
+        {"GO", {"GO1", "GO2", "P1"}},
+        {"AI", {"AI1", "AI2"}},
+        {"GI", {"GI1", "GI2"}},
+    };
+    m_controller->serviceData["weld_io_config"] = validRecord();
+}
+
+void TestWeldioPage::cleanup()
+{
+    delete m_shell;
+    delete m_controller;
+}
+
+void TestWeldioPage::saveChecks_data()
+{
+    QTest::addColumn<QJsonObject>("patch");
+    QTest::addColumn<QString>("message");
+
+    const QString saved = QStringLiteral("Saved successfully");
+    const QString empty = QStringLiteral("There is an empty port. Please check and reconfigure!");
+    QTest::newRow("valid record saves") << QJsonObject() << saved;
+    QTest::newRow("two enabled outputs on one port") << QJsonObject {{"red_light_port", "DO3"},
+        {"red_light_enabled", true}, {"wire_feed_port", "DO3"}, {"wire_feed_enabled", true}}
+                                                     << "Port DO3 is already in use, save failed!";
+    QTest::newRow("duplicate port on a switched-off row") << QJsonObject {{"red_light_port", "DO3"},
+        {"red_light_enabled", true}, {"wire_feed_port", "DO3"}, {"wire_feed_enabled", false}}
+                                                          << saved;
+    QTest::newRow("laser on and assist gas always checked")
+        << QJsonObject {{"gas_protect_port", "DO1"}} << "Port DO1 is already in use, save failed!";
+    QTest::newRow("two enabled inputs on one port") << QJsonObject {{"laser_alarm_port", "DI2"},
+        {"laser_alarm_enabled", true}, {"external_alarm_port", "DI2"},
+        {"external_alarm_enabled", true}} << "Port DI2 is already in use, save failed!";
+    QTest::newRow("same port as output and input") << QJsonObject {{"descent_signal_port", "IO7"},
+        {"descent_signal_enabled", true}, {"laser_alarm_port", "IO7"},
+        {"laser_alarm_enabled", true}} << saved;
+    QTest::newRow("same port text on analog and group type")
+        << QJsonObject {{"power_type", 0}, {"power_port", "P1"}, {"power_enabled", true},
+               {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
+        << saved;
+    QTest::newRow("same port text on the same type")
+        << QJsonObject {{"power_type", 1}, {"power_port", "P1"}, {"power_enabled", true},
+               {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
+        << "Port P1 is already in use, save failed!";
+    QTest::newRow("empty assist gas") << QJsonObject {{"gas_protect_port", ""}} << empty;
+    QTest::newRow("empty laser on") << QJsonObject {{"laser_enable_port", ""}} << empty;
+    QTest::newRow("enabled row without port")
+        << QJsonObject {{"wire_feeder_alarm_enabled", true}} << empty;
+    QTest::newRow("disabled row without port")
+        << QJsonObject {{"red_light_enabled", false}} << saved;
+    QTest::newRow("duplicate reported before empty") << QJsonObject {{"gas_protect_port", "DO1"},
+        {"red_light_enabled", true}} << "Port DO1 is already in use, save failed!";
+}
+
+void TestWeldioPage::saveChecks()
+{
+    QFETCH(QJsonObject, patch);
+    QFETCH(QString, message);
+
+    m_controller->serviceData["weld_io_config"] = patched(validRecord(), patch);
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    page.findChild<QPushButton *>("pushButton_Save")->click();
+
+    QCOMPARE(m_shell->messageTexts(), QStringList {message});
+    const bool saved = message == QStringLiteral("Saved successfully");
+    QCOMPARE(
+        m_controller->sentCommands(), saved ? QStringList {"set_weld_io_config"} : QStringList());
+    if (saved) {
+        const QJsonObject sent = m_controller->sent.first().value.toObject();
+        QCOMPARE(sent, page.record());
+        // A row that is off keeps its empty port in the record.
+        QCOMPARE(sent.value("red_light_port").toString(), patch.value("red_light_port").toString());
+    } else {
+        QCOMPARE(m_shell->messages.first().level, 2);
+    }
+}
+
+void TestWeldioPage::editsStayAfterFailedSave()
+{
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    auto *gas = page.findChild<QComboBox *>("comboBox_gas_protect_port");
+    gas->setCurrentText("DO1");
+    page.findChild<QPushButton *>("pushButton_Save")->click();
+    QCOMPARE(gas->currentText(), QStringLiteral("DO1"));
+    QVERIFY(m_controller->sent.isEmpty());
+
+    m_controller->repliesByCommand["set_weld_io_config"]
+        = ScriptedController::reply("set_weld_io_config", 4);
+    gas->setCurrentText("DO4");
+    page.findChild<QPushButton *>("pushButton_Save")->click();
+    QCOMPARE(m_shell->messageTexts().last(),
+        QStringLiteral("Save failed. Please check the parameter configuration."));
+    QCOMPARE(gas->currentText(), QStringLiteral("DO4"));
+}
+
+void TestWeldioPage::saveResult_data()
+{
+    QTest::addColumn<QJsonArray>("reply");
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QString>("logged");
+
+    QTest::newRow("return 0") << ScriptedController::reply("set_weld_io_config", 0)
+                              << QStringList {"Saved successfully"} << QString();
+    QTest::newRow("return 3")
+        << ScriptedController::reply("set_weld_io_config", 3)
+        << QStringList {"Save failed. Please check the parameter "
+                        "configuration."}
+        << "WeldioPage::checkSaveResult failed.  set_weld_io_config  Result: 3";
+    QTest::newRow("entry not first") << QJsonArray {QJsonObject {{"other", 1}},
+        ScriptedController::reply("set_weld_io_config", 0).first()}
+                                     << QStringList {"Saved successfully"} << QString();
+    QTest::newRow("empty reply shows nothing")
+        << QJsonArray() << QStringList()
+        << "WeldioPage::checkSaveResult failed. not found  set_weld_io_config  Result";
+}
+
+void TestWeldioPage::saveResult()
+{
+    QFETCH(QJsonArray, reply);
+    QFETCH(QStringList, messages);
+    QFETCH(QString, logged);
+
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    testenv::resetLogFile();
+    m_controller->queueReply(reply);
+    page.findChild<QPushButton *>("pushButton_Save")->click();
+    QCOMPARE(m_shell->messageTexts(), messages);
+    const QStringList lines = testenv::logLines();
+    if (logged.isEmpty()) {
+        QVERIFY(lines.isEmpty());
+    } else {
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines.first().contains(logged), qPrintable(lines.first()));
+    }
+}
+
+void TestWeldioPage::showFillsEveryPortListWithAnEmptyFirstItem()
+{
+    m_controller->serviceData["weld_io_config"]
+        = patched(validRecord(), {{"power_type", 1}, {"power_feedback_type", 0}});
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+
+    const QStringList digitalOutputs {"", "DO1", "DO2", "DO3", "DO4", "DO10", "IO7"};
+    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_laser_enable_port")), digitalOutputs);
+    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_descent_signal_port")), digitalOutputs);
+    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_external_alarm_port")),
+        (QStringList {"", "DI1", "DI2", "DI3", "IO7"}));
+    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_frequency_port")),
+        (QStringList {"", "AO1", "AO2", "P1"}));
+    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_power_feedback_port")),
+        (QStringList {"", "AI1", "AI2"}));
+    const auto combos = page.findChildren<QComboBox *>();
+    QCOMPARE(combos.size(), 28);
+    for (const QComboBox *combo : combos)
+        QCOMPARE(combo->maxVisibleItems(), 7);
+}
+
+void TestWeldioPage::typeChangeRefillsWithoutEmptyItem_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("power to group") << "power" << 1 << QStringList {"GO1", "GO2", "P1"};
+    QTest::newRow("duty cycle to group") << "duty_cycle" << 1 << QStringList {"GO1", "GO2", "P1"};
+    QTest::newRow("wire speed feedback to group")
+        << "wire_speed_feedback" << 1 << QStringList {"GI1", "GI2"};
+}
+
+void TestWeldioPage::typeChangeRefillsWithoutEmptyItem()
+{
+    QFETCH(QString, row);
+    QFETCH(int, type);
+    QFETCH(QStringList, expected);
+
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    auto *selector = page.findChild<QComboBox *>("comboBox_" + row + "_type");
+    auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
+    const QStringList analog = items(port).mid(1);
+    selector->setCurrentIndex(type);
+    QCOMPARE(items(port), expected);
+    QCOMPARE(port->currentIndex(), 0);
+    selector->setCurrentIndex(0);
+    QCOMPARE(items(port), analog);
+}
+
+void TestWeldioPage::loadSetsTypeBeforePort_data()
+{
+    QTest::addColumn<QJsonObject>("patch");
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("stored type equals the selector") << QJsonObject {{"power_port", ""}} << "" << 4;
+    QTest::newRow("stored type changes the list")
+        << QJsonObject {{"power_type", 1}, {"power_port", "GO2"}} << "GO2" << 3;
+    QTest::newRow("changed type and empty port selects the first port")
+        << QJsonObject {{"power_type", 1}, {"power_port", ""}} << "GO1" << 3;
+    QTest::newRow("port of the other kind stays on the first")
+        << QJsonObject {{"power_type", 1}, {"power_port", "AO2"}} << "GO1" << 3;
+}
+
+void TestWeldioPage::loadSetsTypeBeforePort()
+{
+    QFETCH(QJsonObject, patch);
+    QFETCH(QString, port);
+    QFETCH(int, count);
+
+    m_controller->serviceData["weld_io_config"] = patched(validRecord(), patch);
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    auto *combo = page.findChild<QComboBox *>("comboBox_power_port");
+    QCOMPARE(combo->currentText(), port);
+    QCOMPARE(combo->count(), count);
+}
+
+void TestWeldioPage::retractCaption_data()
+{
+    QTest::addColumn<QJsonValue>("settings");
+    QTest::addColumn<QString>("caption");
+
+    QTest::newRow("no wire feed type") << QJsonValue(QJsonObject()) << "Retract";
+    QTest::newRow("retraction") << QJsonValue(QJsonObject {{"wire_feed_type", 0}}) << "Retract";
+    QTest::newRow("direction") << QJsonValue(QJsonObject {{"wire_feed_type", 1}}) << "Direction";
+    QTest::newRow("not an object keeps the caption") << QJsonValue(5) << "Wire back feed";
+}
+
+void TestWeldioPage::retractCaption()
+{
+    QFETCH(QJsonValue, settings);
+    QFETCH(QString, caption);
+
+    m_controller->serviceData["weld_setting_config"] = settings;
+    WeldSettingPage settingPage;
+    WeldioPage page(&settingPage);
+    page.show();
+    QCOMPARE(page.findChild<QLabel *>("label_retract_direction")->text(), caption);
+}
+
+void TestWeldioPage::editLock_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<bool>("welding");
+    QTest::addColumn<bool>("enabled");
+
+    QTest::newRow("level 3, welding off") << 3 << false << true;
+    QTest::newRow("level 3, welding on") << 3 << true << false;
+    QTest::newRow("level 2, welding off") << 2 << false << false;
+    QTest::newRow("level 0, welding on") << 0 << true << false;
+}
+
+void TestWeldioPage::editLock()
+{
+    QFETCH(int, level);
+    QFETCH(bool, welding);
+    QFETCH(bool, enabled);
+
+    m_controller->userLevel = level;
+    WeldSettingPage settings;
+    settings.mainSwitch()->setOn(welding, false);
+    WeldioPage page(&settings);
+    page.show();
+    QCOMPARE(page.isEnabled(), enabled);
+}
+
+void TestWeldioPage::rowSwitchEnablesItsRow_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<QString>("enableKey");
+    QTest::addColumn<QString>("kind");
+
+    QTest::newRow("selector row") << "power"
+                                  << "power_enabled"
+                                  << "comboBox_power_type";
+    QTest::newRow("fixed output row") << "red_light"
+                                      << "red_light_enabled"
+                                      << "label_red_light_kind";
+    QTest::newRow("adhesion row with its odd key") << "adhesion_detection_en"
+                                                   << "adhesion_detection_enabled"
+                                                   << "label_adhesion_detection_en_kind";
+    QTest::newRow("welder ready row") << "external_alarm"
+                                      << "external_alarm_enabled"
+                                      << "label_external_alarm_kind";
+}
+
+void TestWeldioPage::rowSwitchEnablesItsRow()
+{
+    QFETCH(QString, row);
+    QFETCH(QString, enableKey);
+    QFETCH(QString, kind);
+
+    m_controller->serviceData["weld_io_config"] = patched(validRecord(), {{enableKey, true}});
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    auto *caption = page.findChild<QLabel *>("label_" + row);
+    auto *kindWidget = page.findChild<QWidget *>(kind);
+    auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
+    auto *number = page.findChild<QLabel *>("label_" + row + "_no");
+    auto *enable = page.findChild<SwitchButton *>("pushButton_" + enableKey);
+    QVERIFY(caption && kindWidget && port && number && enable);
+    QVERIFY(caption->isEnabled() && kindWidget->isEnabled() && port->isEnabled());
+
+    QTest::mouseClick(enable, Qt::LeftButton);
+    QVERIFY(!caption->isEnabled());
+    QVERIFY(!kindWidget->isEnabled());
+    QVERIFY(!port->isEnabled());
+    QVERIFY(number->isEnabled());
+    QVERIFY(enable->isEnabled());
+    QVERIFY(m_controller->sent.isEmpty());
+}
+
+void TestWeldioPage::badRecordsLoadWithoutHarm_data()
+{
+    QTest::addColumn<QJsonValue>("record");
+    QTest::addColumn<QString>("laserPort");
+    QTest::addColumn<int>("powerType");
+
+    QTest::newRow("not an object") << QJsonValue(QJsonArray {1, 2}) << "" << 0;
+    QTest::newRow("missing keys") << QJsonValue(QJsonObject()) << "" << 0;
+    QTest::newRow("unknown port keeps the empty item")
+        << QJsonValue(QJsonObject {{"laser_enable_port", "DO99"}}) << "" << 0;
+    QTest::newRow("wrong types") << QJsonValue(
+        QJsonObject {{"laser_enable_port", 3}, {"power_type", "1"}, {"power_enabled", "yes"}})
+                                 << "" << 0;
+    QTest::newRow("fractional type") << QJsonValue(QJsonObject {{"power_type", 0.5}}) << "" << 0;
+    QTest::newRow("type beyond the selector")
+        << QJsonValue(QJsonObject {{"laser_enable_port", "DO4"}, {"power_type", 1e12}}) << "DO4"
+        << 0;
+    QTest::newRow("selector index out of range")
+        << QJsonValue(QJsonObject {{"power_type", 7}}) << "" << -1;
+}
+
+void TestWeldioPage::badRecordsLoadWithoutHarm()
+{
+    QFETCH(QJsonValue, record);
+    QFETCH(QString, laserPort);
+    QFETCH(int, powerType);
+
+    m_controller->serviceData["weld_io_config"] = record;
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    QCOMPARE(page.findChild<QComboBox *>("comboBox_laser_enable_port")->currentText(), laserPort);
+    QCOMPARE(page.findChild<QComboBox *>("comboBox_power_type")->currentIndex(), powerType);
+    QVERIFY(m_controller->sent.isEmpty());
+}
+
+void TestWeldioPage::cancelReloadsTheRecord()
+{
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    page.show();
+    auto *laser = page.findChild<QComboBox *>("comboBox_laser_enable_port");
+    laser->setCurrentText("DO4");
+    m_controller->serviceData["weld_io_config"] = patched(validRecord(), {{"power_enabled", true}});
+    page.findChild<QPushButton *>("pushButton_Cancel")->click();
+    QCOMPARE(laser->currentText(), QStringLiteral("DO1"));
+    QVERIFY(page.findChild<SwitchButton *>("pushButton_power_enabled")->isOn());
+    QCOMPARE(m_shell->messageTexts(0), QStringList {"Cancel successful"});
+    QVERIFY(m_controller->sent.isEmpty());
+}
+
+void TestWeldioPage::recordHoldsTheWholeKeySet()
+{
+    WeldSettingPage settings;
+    WeldioPage page(&settings);
+    QStringList keys = page.record().keys();
+    QStringList expected {"laser_enable_port", "power_type", "power_port", "power_enabled",
+        "frequency_type", "frequency_port", "frequency_enabled", "duty_cycle_type",
+        "duty_cycle_port", "duty_cycle_enabled", "red_light_port", "red_light_enabled",
+        "gas_protect_port", "wire_speed_type", "wire_speed_port", "wire_speed_enabled",
+        "wire_feed_port", "wire_feed_enabled", "retract_direction_port",
+        "retract_direction_enabled", "manual_wire_feed_port", "manual_wire_feed_enabled",
+        "manual_retract_port", "manual_retract_enabled", "power_feedback_type",
+        "power_feedback_port", "power_feedback_enabled", "light_feedback_port",
+        "light_feedback_enabled", "laser_alarm_port", "laser_alarm_enabled",
+        "shield_gas_feedback_port", "shield_gas_feedback_enabled", "wire_speed_feedback_type",
+        "wire_speed_feedback_port", "wire_speed_feedback_enabled", "wire_feed_feedback_port",
+        "wire_feed_feedback_enabled", "wire_feeder_alarm_port", "wire_feeder_alarm_enabled",
+        "adhesion_detection_en_port", "adhesion_detection_enabled", "descent_signal_port",
+        "descent_signal_enabled", "adhesion_detection_feedback_port",
+        "adhesion_detection_feedback_enabled", "external_alarm_port", "external_alarm_enabled"};
+    QCOMPARE(expected.size(), 48);
+    keys.sort();
+    expected.sort();
+    QCOMPARE(keys, expected);
+}
+
+QTEST_MAIN(TestWeldioPage)
+#include "tst_weldiopage.moc"
