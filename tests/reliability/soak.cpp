@@ -32,7 +32,9 @@
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMap>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -59,6 +61,7 @@ struct Figures
     qint64 faults = 0;
     qint64 disconnects = 0;
     qint64 dialogsClosed = 0;
+    QMap<QString, int> byCommand;
     QStringList findings;
 };
 
@@ -112,6 +115,7 @@ private:
     void onCommand(const QString &command, const QJsonValue &payload, const QJsonArray &reply)
     {
         ++m_figures->commands;
+        ++m_figures->byCommand[command];
         const Snapshot now = Snapshot::of(*m_controller);
         const QJsonValue code = reply.size() == 1 ? reply.at(0)
                                                         .toObject()
@@ -186,17 +190,19 @@ public:
         // A dropped link comes back after a few actions, as a real one would.
         if (!m_controller->isConnected() && m_random.bounded(4) == 0)
             click(QStringLiteral("controllerConnected"), true);
-        if (dice < 20)
+        if (dice < 18)
             pressKey();
-        else if (dice < 65)
+        else if (dice < 48)
             useWidget();
-        else if (dice < 72)
+        else if (dice < 66)
+            pageAction();
+        else if (dice < 73)
             switchTab();
-        else if (dice < 80)
+        else if (dice < 81)
             setUserLevel();
-        else if (dice < 84)
+        else if (dice < 85)
             togglePower();
-        else if (dice < 90)
+        else if (dice < 88)
             toggleConnection();
         else
             injectFault();
@@ -309,11 +315,41 @@ private:
         }
     }
 
+    // What an operator mostly comes for: Save, Cancel, Compute, the main switch and the
+    // section switches, clicked with the mouse (switches are no QAbstractButton).
+    void pageAction()
+    {
+        QWidget *page = m_window->centreTabs()->currentWidget();
+        if (!page)
+            return;
+        static const QRegularExpression commands(
+            QStringLiteral("^pushButton_(save|cancel|compute|main_enable)"),
+            QRegularExpression::CaseInsensitiveOption);
+        QList<QWidget *> buttons;
+        QList<QWidget *> switches;
+        const QList<QWidget *> widgets = usable<QWidget>(page);
+        for (QWidget *w : widgets) {
+            if (commands.match(w->objectName()).hasMatch())
+                buttons.append(w);
+            else if (w->objectName().startsWith(QLatin1String("pushButton_")))
+                switches.append(w);
+        }
+        if (QWidget *action = pick(m_random.bounded(2) ? buttons : switches))
+            QTest::mouseClick(action, Qt::LeftButton);
+    }
+
     void switchTab()
     {
+        // The plug-in's tab most of the time, the program editor now and then.
         QTabWidget *tabs = m_window->centreTabs();
         if (tabs->count() > 0)
-            tabs->setCurrentIndex(int(m_random.bounded(quint32(tabs->count()))));
+            tabs->setCurrentIndex(m_random.bounded(4) ? 0 : tabs->count() - 1);
+        // Then, as often, one of the plug-in's pages through its navigation.
+        if (tabs->currentIndex() == 0) {
+            QWidget *nav = tabs->currentWidget()->findChild<QWidget *>(QStringLiteral("wgtNav"));
+            if (QToolButton *button = nav ? pick(nav->findChildren<QToolButton *>()) : nullptr)
+                button->click();
+        }
     }
 
     void setUserLevel()
@@ -393,7 +429,15 @@ bool checkDataFile(const ControllerSimulator &controller, const QString &dataDir
         figures->findings.append(QStringLiteral("restart: ") + restarted.lastError());
     int lost = 0;
     for (const QString &key : ControllerSimulator::recordKeys()) {
-        if (restarted.record(key) != controller.record(key)) {
+        QJsonObject before = controller.record(key);
+        QJsonObject after = restarted.record(key);
+        // Welding is never enabled after a restart, so the settings' switch reads false then.
+        const QString welding = QStringLiteral("laser_main_enable");
+        if (after.value(welding).toBool())
+            figures->findings.append(QStringLiteral("welding enabled after a restart"));
+        before.remove(welding);
+        after.remove(welding);
+        if (after != before) {
             ++lost;
             figures->findings.append(QStringLiteral("record %1 differs after a restart").arg(key));
         }
@@ -474,6 +518,8 @@ int main(int argc, char **argv)
         QObject::connect(&dismisser, &QTimer::timeout, &dismisser, [&figures] {
             if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
                 ++figures.dialogsClosed;
+                if (qEnvironmentVariableIsSet("KEL_SOAK_VERBOSE"))
+                    std::printf("kel_soak: dismissing %s\n", dialog->metaObject()->className());
                 dialog->reject();
             }
         });
@@ -510,6 +556,8 @@ int main(int argc, char **argv)
         static_cast<long long>(figures.savesChecked), static_cast<long long>(figures.faults),
         static_cast<long long>(figures.disconnects), static_cast<long long>(figures.dialogsClosed),
         int(figures.findings.size()));
+    for (auto it = figures.byCommand.constBegin(); it != figures.byCommand.constEnd(); ++it)
+        std::printf("kel_soak:   %6d %s\n", it.value(), qPrintable(it.key()));
     for (const QString &finding : qAsConst(figures.findings))
         std::printf("kel_soak: finding: %s\n", qPrintable(finding));
     return figures.findings.isEmpty() ? status : 1;
