@@ -130,6 +130,9 @@ void TestProgramEditor::skeletonFormText_data()
     QTest::newRow("long run of blanks is refused")
         << wire << "LsWireFwd(" + QString(200000, QLatin1Char(' ')) + "x" << false
         << "LsWireFwd(1, 1);";
+    // A combo box without items wrote an empty value that it then refused to read back.
+    QTest::newRow("combo without items reads its own text") << "g($a#cmb#$);"
+                                                            << "g();" << true << "g();";
     QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
                                         << "f(-2147483648);" << true << "f(-2147483648);";
 }

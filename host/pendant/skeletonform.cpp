@@ -161,7 +161,8 @@ bool SkeletonForm::setText(const QString &line)
         int choice = 0;
         if (const auto *combo = qobject_cast<const QComboBox *>(editor)) {
             choice = combo->findText(value);
-            if (choice < 0)
+            // A list without items shows, and writes, an empty value.
+            if (choice < 0 && !(combo->count() == 0 && value.isEmpty()))
                 return false;
         } else if (qobject_cast<const QSpinBox *>(editor)) {
             bool ok = false;
