@@ -6,6 +6,7 @@
 
 #include "skeletonform.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
@@ -40,7 +41,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         std::abort(); // a refused line leaves the form as it was
     // What the form writes, it reads back unchanged.
     const QString written = form.text();
-    if (!form.setText(written) || form.text() != written)
+    if (!form.setText(written) || form.text() != written) {
+        std::fprintf(stderr, "skeleton: %s\nwritten:  %s\nread:     %s\n", qPrintable(skeleton),
+            qPrintable(written), qPrintable(form.text()));
         std::abort();
+    }
     return 0;
 }

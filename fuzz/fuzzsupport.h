@@ -7,9 +7,9 @@
 
 namespace fuzzsupport {
 
-// Once per process: an offscreen QApplication, silent console messages, a scratch working
-// folder whose plug-in log file is /dev/null (a long run would otherwise fill the disk), and
-// the plug-in's resources.
+// Once per process: an offscreen QApplication, silent console messages, the plug-in's log file
+// in the working folder made a link to /dev/null (unless it exists), and the plug-in's
+// resources.
 void initialise(int *argc, char ***argv);
 
 inline QByteArray bytes(const uint8_t *data, size_t size)

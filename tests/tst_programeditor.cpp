@@ -133,6 +133,11 @@ void TestProgramEditor::skeletonFormText_data()
     // A combo box without items wrote an empty value that it then refused to read back.
     QTest::newRow("combo without items reads its own text") << "g($a#cmb#$);"
                                                             << "g();" << true << "g();";
+    // Blanks between two words of the literal were dropped from the match, so the form's own
+    // text did not read back.
+    QTest::newRow("blank between words of the literal")
+        << "WaitTime InPos($t:#spn#0,100#true$);"
+        << "WaitTime InPos(5);" << true << "WaitTime InPos(5);";
     QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
                                         << "f(-2147483648);" << true << "f(-2147483648);";
 }

@@ -19,8 +19,11 @@ QString literalPattern(const QString &literal)
 {
     QString pattern;
     for (const QChar c : literal) {
-        if (c.isSpace())
+        // Any run of blanks, none included: "a b" must still match its own text.
+        if (c.isSpace()) {
+            pattern += QStringLiteral("\\s*+");
             continue;
+        }
         const QString escaped = QRegularExpression::escape(QString(c));
         if (c.isLetterOrNumber() || c == QLatin1Char('_'))
             pattern += escaped;
