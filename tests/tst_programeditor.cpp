@@ -138,6 +138,11 @@ void TestProgramEditor::skeletonFormText_data()
     QTest::newRow("blank between words of the literal")
         << "WaitTime InPos($t:#spn#0,100#true$);"
         << "WaitTime InPos(5);" << true << "WaitTime InPos(5);";
+    // A character beyond 16 bits in the literal was escaped half by half: nothing matched.
+    QTest::newRow("literal beyond 16 bits")
+        << QString::fromUtf8("Note\xF0\x9D\x9D\x9D($t:#spn#0,9#true$);")
+        << QString::fromUtf8("Note\xF0\x9D\x9D\x9D(5);") << true
+        << QString::fromUtf8("Note\xF0\x9D\x9D\x9D(5);");
     QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
                                         << "f(-2147483648);" << true << "f(-2147483648);";
 }

@@ -18,13 +18,21 @@ const QString kSpin = QStringLiteral("spn");
 QString literalPattern(const QString &literal)
 {
     QString pattern;
-    for (const QChar c : literal) {
+    for (int i = 0; i < literal.size(); ++i) {
+        const QChar c = literal.at(i);
         // Any run of blanks, none included: "a b" must still match its own text.
         if (c.isSpace()) {
             pattern += QStringLiteral("\\s*+");
             continue;
         }
-        const QString escaped = QRegularExpression::escape(QString(c));
+        // A character beyond the 16-bit range is two code units; escaped apart they make an
+        // invalid pattern that matches nothing.
+        const int units
+            = c.isHighSurrogate() && i + 1 < literal.size() && literal.at(i + 1).isLowSurrogate()
+            ? 2
+            : 1;
+        const QString escaped = QRegularExpression::escape(literal.mid(i, units));
+        i += units - 1;
         if (c.isLetterOrNumber() || c == QLatin1Char('_'))
             pattern += escaped;
         else
