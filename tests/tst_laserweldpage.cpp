@@ -1,3 +1,4 @@
+#include "page/buttonmonitorpage.h"
 #include "page/characteristicscurvepage.h"
 #include "page/laserweldpage.h"
 #include "page/weldiopage.h"
@@ -8,6 +9,7 @@
 
 #include <QFile>
 #include <QLabel>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QTest>
 #include <QToolButton>
@@ -35,6 +37,7 @@ private slots:
     void missingIconLeavesTheButtonWorking();
     void everyShowStartsOnTheSettingsPage();
     void weldingSwitchLocksTheOtherPages();
+    void monitorOpensWhileWeldingLocksThePages();
 
 private:
     ScriptedController *m_controller = nullptr;
@@ -159,6 +162,31 @@ void TestLaserWeldPage::weldingSwitchLocksTheOtherPages()
     QVERIFY(io->isEnabledTo(&page));
     QVERIFY(curve->isEnabledTo(&page));
     QVERIFY(settings->findChild<QWidget *>("pushButton_save")->isEnabled());
+}
+
+void TestLaserWeldPage::monitorOpensWhileWeldingLocksThePages()
+{
+    m_controller->repliesByCommand["set_weld_enable"]
+        = ScriptedController::reply("set_weld_enable", true);
+    LaserWeldPage page;
+    auto *monitor = new ButtonMonitorPage(&page);
+    page.show();
+    auto *settings = page.findChild<WeldSettingPage *>();
+    QTest::mouseClick(
+        settings->findChild<SwitchButton *>("pushButton_main_enable"), Qt::LeftButton);
+    QVERIFY(settings->isMainEnabled());
+    m_controller->clearSent();
+
+    // Regression: the monitor button sat on a page that welding locks, out of reach when needed.
+    auto *button = page.findChild<QPushButton *>("pushButton_monitor");
+    QVERIFY(button->isEnabled() && button->isVisibleTo(&page));
+    button->click();
+
+    QCOMPARE(m_controller->sentCommands(), QStringList {"start_laserweld_monitor"});
+    QCOMPARE(m_controller->sent.first().sender, monitor);
+    QCOMPARE(m_controller->sent.first().value, QJsonValue(true));
+    QVERIFY(monitor->isVisible());
+    monitor->reject();
 }
 
 QTEST_MAIN(TestLaserWeldPage)

@@ -1,5 +1,461 @@
 #include "characteristicscurvepage.h"
 
-CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *, QWidget *parent)
-    : QWidget(parent)
-{ }
+#include "curveaxes.h"
+#include "weldsettingpage.h"
+
+#include "core/commandchannel.h"
+#include "core/logline.h"
+#include "widget/customchart.h"
+
+#include "kelplugin/hostfunctions.h"
+#include "kelplugin/interfacemanager.h"
+
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QHeaderView>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSpinBox>
+#include <QTableWidget>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+const QString kPluginKey = QStringLiteral("kellaserweld");
+const QString kCurveRecord = QStringLiteral("weld_curve_config");
+const QString kIoRecord = QStringLiteral("weld_io_config");
+const QString kComputeCommand = QStringLiteral("compute_curve_config");
+
+// Record keys and commands of one curve, in tab order.
+struct CurveKeys
+{
+    QString nodeCount;
+    QString nodes;
+    QString saveCommand;
+    QString portEnabled;
+    QString port;
+};
+
+const std::array<CurveKeys, CharacteristicsCurvePage::CurveCount> &curveKeys()
+{
+    static const std::array<CurveKeys, CharacteristicsCurvePage::CurveCount> keys {{
+        {QStringLiteral("laser_power_node"), QStringLiteral("power_nodes_data"),
+            QStringLiteral("set_weld_curve_power_config"), QStringLiteral("power_enabled"),
+            QStringLiteral("power_port")},
+        {QStringLiteral("laser_feed_node"), QStringLiteral("feed_nodes_data"),
+            QStringLiteral("set_weld_curve_feed_config"), QStringLiteral("wire_speed_enabled"),
+            QStringLiteral("wire_speed_port")},
+        {QStringLiteral("laser_frequency_node"), QStringLiteral("frequency_nodes_data"),
+            QStringLiteral("set_weld_curve_frequency_config"), QStringLiteral("frequency_enabled"),
+            QStringLiteral("frequency_port")},
+        {QStringLiteral("laser_dutycycle_node"), QStringLiteral("dutycycle_nodes_data"),
+            QStringLiteral("set_weld_curve_dutycycle_config"), QStringLiteral("duty_cycle_enabled"),
+            QStringLiteral("duty_cycle_port")},
+    }};
+    return keys;
+}
+
+constexpr int kRawColumn = 1;
+constexpr int kPhysicalColumn = 2;
+constexpr int kRowHeight = 35;
+// The combo offers 2..10 nodes; a record cannot make a table longer than that.
+constexpr int kMaxNodes = 10;
+
+// The physical range is keyed on the table's name. "tableWidget_power" does not exist on the
+// form (the power table is "tableWidget_laserpower"), so power takes the general range.
+std::pair<int, int> physicalRange(const QString &tableName)
+{
+    if (tableName == QLatin1String("tableWidget_power"))
+        return {0, 6000};
+    if (tableName == QLatin1String("tableWidget_dutycycle"))
+        return {1, 100};
+    return {0, 65535};
+}
+
+// A controller number truncated toward zero; anything that is not a finite number reads 0.
+int truncatedInt(const QJsonValue &value)
+{
+    const double number = value.toDouble(0.0);
+    if (!std::isfinite(number))
+        return 0;
+    if (number >= double(std::numeric_limits<int>::max()))
+        return std::numeric_limits<int>::max();
+    if (number <= double(std::numeric_limits<int>::min()))
+        return std::numeric_limits<int>::min();
+    return int(number);
+}
+
+double finiteDouble(const QJsonValue &value)
+{
+    const double number = value.toDouble(0.0);
+    return std::isfinite(number) ? number : 0.0;
+}
+
+QDoubleSpinBox *rawSpin(const QTableWidget *table, int row)
+{
+    return qobject_cast<QDoubleSpinBox *>(table->cellWidget(row, kRawColumn));
+}
+
+QSpinBox *physicalSpin(const QTableWidget *table, int row)
+{
+    return qobject_cast<QSpinBox *>(table->cellWidget(row, kPhysicalColumn));
+}
+
+double itemNumber(const QTableWidget *table, int row, int column)
+{
+    const QTableWidgetItem *item = table->item(row, column);
+    return item ? item->text().toDouble() : 0.0;
+}
+
+// One node as a chart point; a row without its editors falls back to its item texts.
+QPointF nodePoint(const QTableWidget *table, int row)
+{
+    const QDoubleSpinBox *raw = rawSpin(table, row);
+    const QSpinBox *physical = physicalSpin(table, row);
+    if (raw && physical)
+        return {raw->value(), double(physical->value())};
+    return {itemNumber(table, row, kRawColumn), itemNumber(table, row, kPhysicalColumn)};
+}
+
+} // namespace
+
+CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage, QWidget *parent)
+    : QWidget(parent), m_settingPage(settingPage)
+{
+    m_ui.setupUi(this);
+    m_curves = {{
+        {m_ui.laserpower, m_ui.comboBox_node, m_ui.tableWidget_laserpower, m_ui.Chart_laserpower},
+        {m_ui.feedspeed, m_ui.comboBox_node_2, m_ui.tableWidget_feedspeed, m_ui.Chart_feedspeed},
+        {m_ui.frequency, m_ui.comboBox_node_3, m_ui.tableWidget_frequency, m_ui.Chart_frequency},
+        {m_ui.dutycycle, m_ui.comboBox_node_4, m_ui.tableWidget_dutycycle, m_ui.Chart_dutycycle},
+    }};
+
+    connect(m_ui.pushButton_compute, &QPushButton::clicked, this,
+        &CharacteristicsCurvePage::onComputePowerChart);
+    connect(m_ui.pushButton_compute_5, &QPushButton::clicked, this,
+        &CharacteristicsCurvePage::onComputeFeedSpeedChart);
+    connect(m_ui.pushButton_compute_2, &QPushButton::clicked, this,
+        &CharacteristicsCurvePage::onComputeFrequencyChart);
+    connect(m_ui.pushButton_compute_3, &QPushButton::clicked, this,
+        &CharacteristicsCurvePage::onComputeDutyCycleChart);
+
+    connect(m_ui.comboBox_node, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        &CharacteristicsCurvePage::refreshPowerCmb);
+    connect(m_ui.comboBox_node_2, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        &CharacteristicsCurvePage::refreshFeedSpeedCmb);
+    connect(m_ui.comboBox_node_3, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        &CharacteristicsCurvePage::refreshFrequencyCmb);
+    connect(m_ui.comboBox_node_4, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        &CharacteristicsCurvePage::refreshDutyCycleCmb);
+
+    const std::array<std::pair<QPushButton *, QPushButton *>, CurveCount> saveAndCancel {{
+        {m_ui.pushButton_Save_laserpower, m_ui.pushButton_cancel},
+        {m_ui.pushButton_Save_speed, m_ui.pushButton_cancel_5},
+        {m_ui.pushButton_Save_frequency, m_ui.pushButton_cancel_2},
+        {m_ui.pushButton_Save_dutycycle, m_ui.pushButton_cancel_3},
+    }};
+    for (int i = 0; i < CurveCount; ++i) {
+        const auto curve = Curve(i);
+        connect(
+            saveAndCancel[i].first, &QPushButton::clicked, this, [this, curve] { save(curve); });
+        connect(
+            saveAndCancel[i].second, &QPushButton::clicked, this, [this, curve] { cancel(curve); });
+        // The value columns share the width, so a port name or "Not configured" fits.
+        QHeaderView *header = m_curves[i].table->horizontalHeader();
+        header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+        header->setSectionResizeMode(kRawColumn, QHeaderView::Stretch);
+        header->setSectionResizeMode(kPhysicalColumn, QHeaderView::Stretch);
+        // The tables start with as many rows as their combo says, before any record arrives.
+        refreshTable(curve, m_curves[i].nodeCount->currentIndex());
+    }
+}
+
+CharacteristicsCurvePage::~CharacteristicsCurvePage() = default;
+
+void CharacteristicsCurvePage::initStyle()
+{
+    kellaser::logInfo() << "CharacteristicsCurvePage::initStyle";
+    const QString comboStyle = QStringLiteral(
+        "QComboBox { background-color: white; border: 1px solid #555555; border-radius: 6px;"
+        " padding: 4px 8px; }");
+    for (const CurveWidgets &widgets : m_curves)
+        widgets.nodeCount->setStyleSheet(comboStyle);
+}
+
+void CharacteristicsCurvePage::checkSaveResult(const QJsonArray &result, const QString &command)
+{
+    kellaser::CommandChannel::checkReply(result, command,
+        QStringLiteral("CharacteristicsCurvePage::checkSaveResult failed. "),
+        tr("Saved successfully"), tr("Save failed. Please check the parameter configuration."));
+}
+
+QJsonObject CharacteristicsCurvePage::curveObject(Curve curve) const
+{
+    const CurveWidgets &widgets = m_curves[curve];
+    QJsonArray rows;
+    for (int row = 0; row < widgets.table->rowCount(); ++row) {
+        const QPointF node = nodePoint(widgets.table, row);
+        rows.append(QJsonArray {node.x(), int(node.y())});
+    }
+    const CurveKeys &keys = curveKeys()[curve];
+    return {{keys.nodeCount, widgets.nodeCount->currentIndex() + 2}, {keys.nodes, rows}};
+}
+
+bool CharacteristicsCurvePage::validate(Curve curve)
+{
+    const QTableWidget *table = m_curves[curve].table;
+    const int rows = table->rowCount();
+    if (rows < 2) {
+        kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_WARNING,
+            tr("Validation failed,The table requires at least two rows of data!"));
+        return false;
+    }
+    for (int i = 1; i < rows; ++i) {
+        const QDoubleSpinBox *raw = rawSpin(table, i);
+        const QDoubleSpinBox *previousRaw = rawSpin(table, i - 1);
+        const QSpinBox *physical = physicalSpin(table, i);
+        const QSpinBox *previousPhysical = physicalSpin(table, i - 1);
+        if (!raw || !previousRaw || !physical || !previousPhysical)
+            return false;
+        if (previousRaw->value() < raw->value() && previousPhysical->value() < physical->value())
+            continue;
+        const QString message
+            = tr("The data in line %1 must be greater than the data in row %2!").arg(i + 1).arg(i);
+        // The formatted text goes through the translation once more, as the catalogue
+        // expects.
+        kelplugin::ThrowLog(
+            kPluginKey, kelplugin::THROW_LOG_WARNING, tr(message.toUtf8().constData()));
+        return false;
+    }
+    return true;
+}
+
+void CharacteristicsCurvePage::computeChart(Curve curve)
+{
+    if (!validate(curve))
+        return;
+    drawFit(curve);
+}
+
+void CharacteristicsCurvePage::drawFit(Curve curve)
+{
+    const CurveWidgets &widgets = m_curves[curve];
+    const QJsonArray reply
+        = kellaser::CommandChannel::send(this, kComputeCommand, curveObject(curve));
+    const Fit fit = fitFromReply(reply);
+
+    QVector<QPointF> points;
+    points.reserve(widgets.table->rowCount());
+    for (int row = 0; row < widgets.table->rowCount(); ++row)
+        points.append(nodePoint(widgets.table, row));
+    const CurveAxes axes = CurveAxes::choose(points);
+
+    const QTableWidgetItem *header = widgets.table->horizontalHeaderItem(kRawColumn);
+    widgets.chart->setAxis(
+        QString(), axes.xStep, axes.xMin, axes.xMax, QString(), axes.yStep, axes.yMin, axes.yMax);
+    widgets.chart->setPoints(points);
+    widgets.chart->setLine(fit.slope, fit.intercept);
+    widgets.chart->setAxisLabels(
+        header ? header->text() : QString(), yAxisLabel(widgets.chart->objectName()));
+    widgets.chart->update();
+}
+
+CharacteristicsCurvePage::Fit CharacteristicsCurvePage::fitFromReply(const QJsonArray &reply)
+{
+    Fit fit;
+    for (const QJsonValue &element : reply) {
+        const QJsonObject result
+            = element.toObject().value(kPluginKey).toObject().value(kComputeCommand).toObject();
+        fit.intercept = result.value(QStringLiteral("intercept")).toDouble(0.0);
+        fit.slope = result.value(QStringLiteral("slope")).toDouble(0.0);
+    }
+    return fit;
+}
+
+QString CharacteristicsCurvePage::yAxisLabel(const QString &chartName)
+{
+    if (chartName == QLatin1String("Chart_laserpower"))
+        return tr("Power W");
+    if (chartName == QLatin1String("Chart_feedspeed"))
+        return tr("Feedspeed mm/s");
+    if (chartName == QLatin1String("Chart_frequency"))
+        return tr("Frequency Hz");
+    if (chartName == QLatin1String("Chart_dutycycle"))
+        return tr("Dutycycle %");
+    return QString();
+}
+
+void CharacteristicsCurvePage::save(Curve curve)
+{
+    if (!validate(curve))
+        return;
+    drawFit(curve);
+    const QString &command = curveKeys()[curve].saveCommand;
+    checkSaveResult(kellaser::CommandChannel::send(this, command, curveObject(curve)), command);
+}
+
+void CharacteristicsCurvePage::cancel(Curve curve)
+{
+    loadRecord(kelplugin::kelPluginInterface().getKelServiceData(kCurveRecord));
+    if (m_curves[curve].chart->hasLine())
+        computeChart(curve);
+    kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_INFO, tr("Cancel successful"));
+}
+
+void CharacteristicsCurvePage::refreshTable(Curve curve, int index)
+{
+    QTableWidget *table = m_curves[curve].table;
+    const int count = qMax(0, index + 2);
+    resizeTable(table, count);
+    for (int row = 0; row < count; ++row)
+        setNode(table, row, 0.0, 0);
+}
+
+void CharacteristicsCurvePage::resizeTable(QTableWidget *table, int rows)
+{
+    // Rows that stay keep their editors: building spin boxes anew on every show costs more
+    // than a frame, and every value is written again by the caller anyway.
+    table->setRowCount(rows);
+    const auto range = physicalRange(table->objectName());
+    for (int row = 0; row < rows; ++row) {
+        if (!table->item(row, 0)) {
+            auto *number = new QTableWidgetItem(QString::number(row + 1));
+            number->setFlags(number->flags() & ~Qt::ItemIsEditable);
+            table->setItem(row, 0, number);
+        }
+        if (!rawSpin(table, row)) {
+            auto *rawBox = new QDoubleSpinBox(table);
+            rawBox->setRange(0.0, 65535.99);
+            rawBox->setDecimals(2);
+            rawBox->setSingleStep(0.01);
+            table->setCellWidget(row, kRawColumn, rawBox);
+        }
+        if (!physicalSpin(table, row)) {
+            auto *physicalBox = new QSpinBox(table);
+            physicalBox->setRange(range.first, range.second);
+            table->setCellWidget(row, kPhysicalColumn, physicalBox);
+        }
+        table->setRowHeight(row, kRowHeight);
+    }
+}
+
+void CharacteristicsCurvePage::setNode(QTableWidget *table, int row, double raw, int physical)
+{
+    // The spin box ranges clamp what a record or a wiped row asks for.
+    rawSpin(table, row)->setValue(raw);
+    physicalSpin(table, row)->setValue(physical);
+}
+
+void CharacteristicsCurvePage::fillTable(Curve curve, int nodeCount, const QJsonValue &rows)
+{
+    QTableWidget *table = m_curves[curve].table;
+    const QJsonArray array = rows.toArray();
+    const int count = qBound(0, nodeCount, kMaxNodes);
+    resizeTable(table, count);
+    for (int k = 0; k < count; ++k) {
+        const QJsonArray node = k < array.size() ? array.at(k).toArray() : QJsonArray();
+        setNode(table, k, finiteDouble(node.at(0)), truncatedInt(node.at(1)));
+    }
+}
+
+void CharacteristicsCurvePage::loadRecord(const QJsonValue &record)
+{
+    if (!record.isObject())
+        return;
+    const QJsonObject object = record.toObject();
+    // Without the power node count the record is taken as incomplete: nothing is loaded.
+    if (!object.contains(curveKeys()[Power].nodeCount))
+        return;
+    for (int i = 0; i < CurveCount; ++i) {
+        const CurveKeys &keys = curveKeys()[i];
+        const int nodeCount = truncatedInt(object.value(keys.nodeCount));
+        // A count outside 2..10 leaves the combo without a selection.
+        m_curves[i].nodeCount->setCurrentIndex(
+            nodeCount >= 2 && nodeCount <= kMaxNodes ? nodeCount - 2 : -1);
+        const QJsonValue rows = object.value(keys.nodes);
+        if (rows.isArray())
+            fillTable(Curve(i), nodeCount, rows);
+    }
+}
+
+void CharacteristicsCurvePage::applyPorts(const QJsonValue &ioRecord)
+{
+    if (!ioRecord.isObject())
+        return;
+    const QJsonObject object = ioRecord.toObject();
+    for (int i = 0; i < CurveCount; ++i) {
+        const CurveKeys &keys = curveKeys()[i];
+        const QJsonValue port = object.value(keys.port);
+        const bool configured
+            = object.value(keys.portEnabled).toBool(false) && !port.isNull() && !port.isUndefined();
+        m_curves[i].tab->setEnabled(configured);
+        const QString text = configured ? port.toVariant().toString() : tr("Not configured");
+        QTableWidget *table = m_curves[i].table;
+        if (QTableWidgetItem *header = table->horizontalHeaderItem(kRawColumn))
+            header->setText(text);
+        else
+            table->setHorizontalHeaderItem(kRawColumn, new QTableWidgetItem(text));
+    }
+}
+
+bool CharacteristicsCurvePage::isLocked() const
+{
+    if (kelplugin::kelPluginInterface().getUserOperateLevel() < 3)
+        return true;
+    return m_settingPage && m_settingPage->isMainEnabled();
+}
+
+void CharacteristicsCurvePage::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    auto &host = kelplugin::kelPluginInterface();
+    loadRecord(host.getKelServiceData(kCurveRecord));
+    applyPorts(host.getKelServiceData(kIoRecord));
+    for (int i = 0; i < CurveCount; ++i) {
+        if (m_curves[i].chart->hasLine())
+            computeChart(Curve(i));
+    }
+    setEnabled(!isLocked());
+}
+
+void CharacteristicsCurvePage::onComputePowerChart()
+{
+    computeChart(Power);
+}
+
+void CharacteristicsCurvePage::onComputeFeedSpeedChart()
+{
+    computeChart(FeedSpeed);
+}
+
+void CharacteristicsCurvePage::onComputeFrequencyChart()
+{
+    computeChart(Frequency);
+}
+
+void CharacteristicsCurvePage::onComputeDutyCycleChart()
+{
+    computeChart(DutyCycle);
+}
+
+void CharacteristicsCurvePage::refreshPowerCmb(int index)
+{
+    refreshTable(Power, index);
+}
+
+void CharacteristicsCurvePage::refreshFeedSpeedCmb(int index)
+{
+    refreshTable(FeedSpeed, index);
+}
+
+void CharacteristicsCurvePage::refreshFrequencyCmb(int index)
+{
+    refreshTable(Frequency, index);
+}
+
+void CharacteristicsCurvePage::refreshDutyCycleCmb(int index)
+{
+    refreshTable(DutyCycle, index);
+}

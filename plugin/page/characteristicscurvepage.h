@@ -1,15 +1,93 @@
 #pragma once
 
+#include "ui_characteristicscurvepage.h"
+
+#include <QPointer>
 #include <QWidget>
 
+#include <array>
+
+class CustomChart;
+class QComboBox;
+class QJsonArray;
+class QJsonObject;
+class QJsonValue;
+class QTableWidget;
 class WeldSettingPage;
 
-// The characteristic curve page; still being built.
+// The characteristic curve page: node tables for laser power, wire feed speed, PWM frequency
+// and PWM duty cycle. The controller fits a line through each table and stores it; the page
+// checks the tables, shows nodes and line in a chart and keeps nothing itself.
 class CharacteristicsCurvePage : public QWidget
 {
     Q_OBJECT
 public:
-    CharacteristicsCurvePage(WeldSettingPage *settingPage, QWidget *parent = nullptr);
+    // Tab order; the port lookup and the per-curve keys are indexed by it.
+    enum Curve { Power, FeedSpeed, Frequency, DutyCycle, CurveCount };
 
-    void initStyle() { }
+    // settingPage tells whether the welding main switch is on; none means it is off.
+    explicit CharacteristicsCurvePage(WeldSettingPage *settingPage, QWidget *parent = nullptr);
+    ~CharacteristicsCurvePage() override;
+
+    void initStyle();
+    void checkSaveResult(const QJsonArray &result, const QString &command);
+
+    // The curve object of one tab: its node count and its rows [raw, physical].
+    QJsonObject curveObject(Curve curve) const;
+    // Fills all four tabs from a weld_curve_config record; the power node count gates all.
+    void loadRecord(const QJsonValue &record);
+    // Enables the tabs whose set-point has a port and writes the port into the header.
+    void applyPorts(const QJsonValue &ioRecord);
+    struct Fit
+    {
+        double slope = 0.0;
+        double intercept = 0.0;
+    };
+    // The fitted line in a compute reply: every element overwrites, so the last one decides
+    // and one without a fit reads 0.
+    static Fit fitFromReply(const QJsonArray &reply);
+
+    // Checks one tab's table and tells the operator about the first bad row.
+    bool validate(Curve curve);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+    // The feed speed tab has the same handlers, outside the meta-object.
+    void onComputeFeedSpeedChart();
+    void refreshFeedSpeedCmb(int index);
+
+protected slots:
+    void onComputePowerChart();
+    void onComputeDutyCycleChart();
+    void onComputeFrequencyChart();
+    void refreshPowerCmb(int index);
+    void refreshDutyCycleCmb(int index);
+    void refreshFrequencyCmb(int index);
+
+private:
+    struct CurveWidgets
+    {
+        QWidget *tab;
+        QComboBox *nodeCount;
+        QTableWidget *table;
+        CustomChart *chart;
+    };
+
+    void computeChart(Curve curve);
+    // Asks the controller for the fit of the tab as it stands and feeds the chart.
+    void drawFit(Curve curve);
+    static QString yAxisLabel(const QString &chartName);
+    void refreshTable(Curve curve, int index);
+    void save(Curve curve);
+    void cancel(Curve curve);
+    void fillTable(Curve curve, int nodeCount, const QJsonValue &rows);
+    // Gives the table rows numbered 1.. with their editors, keeping the rows it has.
+    static void resizeTable(QTableWidget *table, int rows);
+    static void setNode(QTableWidget *table, int row, double raw, int physical);
+    bool isLocked() const;
+
+    Ui::CharacteristicsCurvePage m_ui;
+    std::array<CurveWidgets, CurveCount> m_curves;
+    QPointer<WeldSettingPage> m_settingPage;
 };

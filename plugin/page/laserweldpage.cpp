@@ -1,5 +1,6 @@
 #include "laserweldpage.h"
 
+#include "buttonmonitorpage.h"
 #include "characteristicscurvepage.h"
 #include "lasertrackingpage.h"
 #include "weldiopage.h"
@@ -55,6 +56,8 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
 
     connect(
         m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::setPageStatus);
+    // Watching a weld changes nothing, so the monitor stays at hand while the pages are locked.
+    connect(m_ui.pushButton_monitor, &QPushButton::clicked, this, &LaserWeldPage::openMonitor);
 
     m_ui.wgtContent->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
     m_ui.wgtTitle->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
@@ -63,6 +66,15 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
 }
 
 LaserWeldPage::~LaserWeldPage() = default;
+
+void LaserWeldPage::openMonitor()
+{
+    // The plug-in gives this page its one monitor dialog; a page on its own makes one.
+    auto *monitor = findChild<ButtonMonitorPage *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!monitor)
+        monitor = new ButtonMonitorPage(this);
+    monitor->openMonitor();
+}
 
 void LaserWeldPage::addNavigation(
     const QString &icon, const QString &title, const QString &caption, QWidget *page)

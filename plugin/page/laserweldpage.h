@@ -22,6 +22,8 @@ public:
 
     // Style sheets that depend on the pendant's look, applied from the plug-in's render step.
     void initRenderStyle();
+    // Starts the controller's monitor stream and shows the live values.
+    void openMonitor();
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -1,13 +1,79 @@
 #pragma once
 
+#include "ui_weldparameterpage.h"
+
+#include <QStringList>
 #include <QWidget>
 
+class QJsonArray;
+class QJsonObject;
+class QTableWidget;
+class SwitchButton;
 class WeldSettingPage;
 
-// The process parameter page; still being built.
+// The weld process schedules: the weld data sets "LsData1".."LsData30" of "weld_param_config"
+// and the parameter-matching sets "PowerData1".."PowerData10" of "weld_param_match", listed
+// on two tabs, each opened in its own editor and saved set by set.
 class WeldParameterPage : public QWidget
 {
     Q_OBJECT
 public:
+    enum StackPage { MainPage = 0, WeldDataEditor = 1, MatchingEditor = 2 };
+
+    static constexpr int weldDataSetCount = 30;
+    static constexpr int matchingSetCount = 10;
+    // Matching editor: caption row plus four node rows; node column plus four value columns.
+    static constexpr int matchingRows = 5;
+    static constexpr int matchingColumns = 5;
+
+    // The settings page is not needed: the main page locks this page while welding is on.
     WeldParameterPage(WeldSettingPage *settingPage, QWidget *parent = nullptr);
+    ~WeldParameterPage() override;
+
+    // The keys of a weld data set in the order they are written.
+    static const QStringList &weldDataKeys();
+
+    // Weld data set editor as a mapping: fill from a set (absent keys give 0, off or empty),
+    // build a set from the form (named after the title label), or reset to the defaults.
+    void setWeldDataSet(const QJsonObject &set);
+    QJsonObject weldDataSet() const;
+    void resetWeldDataEditor();
+
+    // Re-read the records into the two lists.
+    void refreshWeldDataList();
+    void setTableMatchData();
+
+    // Fills the matching table from processData[name]["power_data"] and the header switches
+    // from its enable flags; true if at least one value was written.
+    static bool parseMatchParamToTable(const QJsonObject &processData, const QString &name,
+        QTableWidget *table, int startRow, int startColumn, int rowCount, int columnCount);
+    // Nodes must rise strictly row over row: power, frequency and duty cycle where their
+    // switch is on (a missing switch counts as on), speed always. Reports the first failure.
+    static bool validateMatchingTableParams(QTableWidget *table);
+    bool validateMatchingTableParams() const;
+    // The matching set as saved; a missing switch is written as off.
+    static QJsonObject createMatchDataJson(const QString &name, QTableWidget *table);
+    QJsonObject createMatchDataJson() const;
+
+    // The switch hosted in a header section of the matching table, if any.
+    static SwitchButton *headerSwitch(QTableWidget *table, int section);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void initConnect();
+    void initTables();
+    void onDetailed();
+    void onBack();
+    void onSave();
+    void openMatchingSet(const QString &name);
+    void resetMatchingTable();
+    bool hasHeaderSwitches() const;
+    void loadWeldDataSet();
+    void checkSaveResult(const QJsonArray &reply, const QString &command);
+    void updateDependentWidgets();
+    void updateButtons();
+
+    Ui::WeldParameterPage m_ui;
 };

@@ -1,0 +1,170 @@
+#include "page/buttonmonitorpage.h"
+#include "support/leveltexts.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
+
+#include <QDoubleSpinBox>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+const QString kStream = QStringLiteral("weld_monitor_data");
+const QString kStart = QStringLiteral("start_laserweld_monitor");
+
+QStringList calls(const RecordingShell &shell, const QString &function)
+{
+    QStringList found;
+    for (const RecordingShell::Call &call : shell.calls) {
+        if (call.function == function)
+            found.append(call.arguments.join(QLatin1Char('|')));
+    }
+    return found;
+}
+
+} // namespace
+
+class TestMonitorDialog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { testenv::resetLogFile(); }
+
+    void valueBoxesCannotBeEdited();
+    void constructionLogsTheConnect();
+    void openingStartsTheStreamAndShowsIt();
+    void closeStopsStreamAndReleasesModalState_data();
+    void closeStopsStreamAndReleasesModalState();
+    void sampleValues_data();
+    void sampleValues();
+};
+
+void TestMonitorDialog::valueBoxesCannotBeEdited()
+{
+    ButtonMonitorPage dialog;
+    for (const ButtonMonitorPage::Field &field : ButtonMonitorPage::fields()) {
+        auto *box = dialog.findChild<QDoubleSpinBox *>(QLatin1String(field.box));
+        QVERIFY2(box, field.box);
+        QCOMPARE(box->focusPolicy(), Qt::NoFocus);
+        auto *edit = box->findChild<QLineEdit *>();
+        QVERIFY(edit);
+        QVERIFY(edit->testAttribute(Qt::WA_TransparentForMouseEvents));
+    }
+    QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Monitor"));
+    QVERIFY(dialog.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+    QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+}
+
+void TestMonitorDialog::constructionLogsTheConnect()
+{
+    ButtonMonitorPage dialog;
+    QCOMPARE(testenv::logTexts(),
+        QStringList {QStringLiteral("S|[ page\\buttonmonitorpage : 42 ] ButtonMonitorPage "
+                                    "initConnect")});
+}
+
+void TestMonitorDialog::openingStartsTheStreamAndShowsIt()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    QWidget mainPage;
+    auto *dialog = new ButtonMonitorPage(&mainPage);
+    controller.serviceData.insert(kStream, QJsonObject {{QStringLiteral("power"), 1500.5}});
+
+    dialog->openMonitor();
+
+    QCOMPARE(controller.sentCommands(), QStringList {kStart});
+    QCOMPARE(controller.sent.first().value, QJsonValue(true));
+    QCOMPARE(controller.sent.first().sender, dialog);
+    QCOMPARE(calls(shell, QStringLiteral("ChangeModelWindowStatus")),
+        QStringList {QStringLiteral("kellaserweld|true")});
+    QVERIFY(dialog->isVisible());
+    auto *power = dialog->findChild<QDoubleSpinBox *>(QStringLiteral("doubleSpinBox_Power"));
+    QCOMPARE(power->value(), 1500.5);
+
+    // The stream moves on while the dialog is open.
+    controller.serviceData.insert(kStream, QJsonObject {{QStringLiteral("power"), 1420.0}});
+    QTRY_COMPARE(power->value(), 1420.0);
+    dialog->reject();
+}
+
+void TestMonitorDialog::closeStopsStreamAndReleasesModalState_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::newRow("closed with the window button") << int(QDialog::Rejected);
+    QTest::newRow("accepted") << int(QDialog::Accepted);
+}
+
+void TestMonitorDialog::closeStopsStreamAndReleasesModalState()
+{
+    QFETCH(int, result);
+    ScriptedController controller;
+    RecordingShell shell;
+    QWidget mainPage;
+    auto *dialog = new ButtonMonitorPage(&mainPage);
+    dialog->openMonitor();
+    controller.clearSent();
+    shell.clear();
+    testenv::resetLogFile();
+
+    dialog->done(result);
+
+    QCOMPARE(controller.sentCommands(), QStringList {kStart});
+    QCOMPARE(controller.sent.first().value, QJsonValue(false));
+    QCOMPARE(controller.sent.first().sender, dialog);
+    QCOMPARE(
+        controller.disconnected, QStringList {QStringLiteral("kellaserweld|weld_monitor_data|")});
+    QCOMPARE(calls(shell, QStringLiteral("ChangeModelWindowStatus")),
+        QStringList {QStringLiteral("kellaserweld|false")});
+    QCOMPARE(testenv::logTexts(),
+        QStringList {QStringLiteral("S|[ page\\buttonmonitorpage : 49 ] ChangeModelWindowStatus "
+                                    "false")});
+
+    // A closed monitor no longer reads the stream.
+    auto *poll = dialog->findChild<QTimer *>(QStringLiteral("monitorPollTimer"));
+    QVERIFY(poll);
+    QVERIFY(!poll->isActive());
+}
+
+void TestMonitorDialog::sampleValues_data()
+{
+    QTest::addColumn<QJsonValue>("sample");
+    QTest::addColumn<QList<double>>("shown");
+
+    const QList<double> before {1.0, 2.0, 3.0, 4.0, 5.0};
+    QTest::newRow("all five fields") << QJsonValue(QJsonObject {{"power", 1500},
+        {"frequency", 2000.4}, {"duty_cycle", 80}, {"wire_speed", 40.5}, {"weld_speed", 20}})
+                                     << QList<double> {1500.0, 2000.4, 80.0, 40.5, 20.0};
+    QTest::newRow("missing and text fields show 0")
+        << QJsonValue(QJsonObject {{"power", "1500"}, {"weld_speed", 12}})
+        << QList<double> {0.0, 0.0, 0.0, 0.0, 12.0};
+    QTest::newRow("not an object keeps the last values") << QJsonValue(QJsonArray {1, 2}) << before;
+    QTest::newRow("no stream keeps the last values") << QJsonValue(QJsonValue::Undefined) << before;
+    QTest::newRow("huge values stop at the box's limit") << QJsonValue(
+        QJsonObject {{"power", 1e300}, {"frequency", -1e300}, {"duty_cycle", 0}, {"wire_speed", 0},
+            {"weld_speed", 0}}) << QList<double> {999999.0, -999999.0, 0.0, 0.0, 0.0};
+}
+
+void TestMonitorDialog::sampleValues()
+{
+    QFETCH(QJsonValue, sample);
+    QFETCH(QList<double>, shown);
+    ButtonMonitorPage dialog;
+    dialog.showSample(QJsonObject {
+        {"power", 1}, {"frequency", 2}, {"duty_cycle", 3}, {"wire_speed", 4}, {"weld_speed", 5}});
+
+    dialog.showSample(sample);
+
+    QList<double> values;
+    for (const ButtonMonitorPage::Field &field : ButtonMonitorPage::fields())
+        values.append(dialog.findChild<QDoubleSpinBox *>(QLatin1String(field.box))->value());
+    QCOMPARE(values, shown);
+}
+
+QTEST_MAIN(TestMonitorDialog)
+#include "tst_monitordialog.moc"

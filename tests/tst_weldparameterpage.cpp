@@ -1,0 +1,416 @@
+#include "page/buttonmonitorpage.h"
+#include "page/weldparameterpage.h"
+#include "parampagefixture.h"
+#include "support/leveltexts.h"
+#include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
+#include "widget/switchbutton.h"
+
+#include <QComboBox>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStackedWidget>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTest>
+
+namespace {
+
+const QString kRecord = QStringLiteral("weld_param_config");
+const QString kSaveCommand = QStringLiteral("set_weld_param_list_config");
+const QString kNoSelection = QStringLiteral("1|Please select a row of data in the table first");
+
+QJsonObject json(const char *text)
+{
+    return QJsonDocument::fromJson(text).object();
+}
+
+// A set as the controller stores it, with values that differ from the editor's defaults.
+QJsonObject storedSet(const QString &name)
+{
+    QJsonObject set {{"LsDataID", name}, {"Tips", "Steel 2 mm"}, {"toggle_start", false},
+        {"laser_power_start", 1000}, {"frequency_start", 3000}, {"duty_cycle_start", 90},
+        {"ramp_mode_start", 0}, {"ramp_value_start", 120}, {"delay_time_start", 30},
+        {"welding_speed", 25}, {"laser_power_weld", 2500}, {"frequency_weld", 3100},
+        {"duty_cycle_weld", 95}, {"toggle_end", false}, {"laser_power_end", 800},
+        {"frequency_end", 3200}, {"duty_cycle_end", 85}, {"ramp_mode_end", 1},
+        {"ramp_value_end", 150}, {"delay_time_end", 40}, {"wire_feed_enable_start", true},
+        {"feeding_speed_start", 30}, {"wire_mode_start", 2}, {"wire_feed_time_start", 80},
+        {"feeding_speed_run", 45}, {"wire_feed_enable_end", true}, {"wire_speed_end", 35},
+        {"wire_mode_end", 1}, {"wire_feed_time_end", 90}, {"wire_stick_enable_end", false},
+        {"wire_retraction_end", true}, {"wire_retract_end", 25}, {"wire_retract_time_end", 250},
+        {"wire_fill_com_end", true}, {"fill_delay_time_end", 10}, {"fill_wire_speed_end", 15},
+        {"fill_wire_time_end", 60}};
+    return set;
+}
+
+QStringList rowTexts(QTableWidget *list, int row)
+{
+    QStringList texts;
+    for (int column = 1; column < list->columnCount(); ++column) {
+        const QTableWidgetItem *item = list->item(row, column);
+        texts.append(item ? item->text() : QStringLiteral("-"));
+    }
+    return texts;
+}
+
+} // namespace
+
+class TestWeldParameterPage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { testenv::resetLogFile(); }
+
+    void listRefresh_data();
+    void listRefresh();
+    void listIsRereadOnEveryShow();
+    void openingNeedsASelectedRow_data();
+    void openingNeedsASelectedRow();
+    void openingASet_data();
+    void openingASet();
+    void savingAnAbsentSetCreatesIt();
+    void savedSetKeepsTheFixedValues();
+    void saveReply_data();
+    void saveReply();
+    void dependentWidgets_data();
+    void dependentWidgets();
+    void weldModeSwitchesTheWire_data();
+    void weldModeSwitchesTheWire();
+    void editingNeedsLevelThree_data();
+    void editingNeedsLevelThree();
+};
+
+void TestWeldParameterPage::listRefresh_data()
+{
+    QTest::addColumn<QJsonObject>("before");
+    QTest::addColumn<QJsonObject>("after");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QStringList>("shown");
+
+    const QJsonObject seven = json(R"({"LsData7": {"welding_speed": 20,
+        "laser_power_weld": 1500, "feeding_speed_run": 40, "Tips": "root pass"}})");
+    QTest::newRow("set present fills its row")
+        << QJsonObject() << seven << 6 << QStringList {"20", "1500", "40", "root pass"};
+    QTest::newRow("record without LsData7 leaves row 7 as it was")
+        << seven << json(R"({"LsData8": {"welding_speed": 5}})") << 6
+        << QStringList {"20", "1500", "40", "root pass"};
+    QTest::newRow("record that is no object leaves the list")
+        << seven << QJsonObject() << 6 << QStringList {"20", "1500", "40", "root pass"};
+    QTest::newRow("set that is no object shows zeros")
+        << seven << json(R"({"LsData7": "broken"})") << 6 << QStringList {"0", "0", "0", ""};
+    QTest::newRow("text, fractions and huge numbers show 0")
+        << QJsonObject() << json(R"({"LsData1": {"welding_speed": "20", "laser_power_weld": 1500.5,
+            "feeding_speed_run": 1e300, "Tips": 7}})")
+        << 0 << QStringList {"0", "0", "0", ""};
+    QTest::newRow("zero-padded name is no set")
+        << QJsonObject() << json(R"({"LsData03": {"welding_speed": 20}})") << 2
+        << QStringList {"-", "-", "-", "-"};
+    QTest::newRow("LsData30 is the last row")
+        << QJsonObject() << json(R"({"LsData30": {"welding_speed": 9, "Tips": "last"}})") << 29
+        << QStringList {"9", "0", "0", "last"};
+}
+
+void TestWeldParameterPage::listRefresh()
+{
+    QFETCH(QJsonObject, before);
+    QFETCH(QJsonObject, after);
+    QFETCH(int, row);
+    QFETCH(QStringList, shown);
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, before);
+    t.page->refreshWeldDataList();
+    t.controller.serviceData.insert(kRecord, after);
+
+    t.page->refreshWeldDataList();
+
+    QCOMPARE(rowTexts(t.child<QTableWidget>("tableWidget_weldData"), row), shown);
+    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->item(row, 0)->text(),
+        QStringLiteral("LsData%1").arg(row + 1));
+}
+
+void TestWeldParameterPage::listIsRereadOnEveryShow()
+{
+    ParamPageFixture t;
+    QJsonObject record;
+    for (int n = 1; n <= 40; ++n)
+        record.insert(QStringLiteral("LsData%1").arg(n), QJsonObject {{"welding_speed", n}});
+    t.controller.serviceData.insert(kRecord, record);
+    t.show();
+    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
+        WeldParameterPage::weldDataSetCount);
+    QCOMPARE(
+        rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 29).first(), QStringLiteral("30"));
+
+    t.controller.serviceData.insert(kRecord, json(R"({"LsData1": {"welding_speed": 77}})"));
+    t.show();
+    QCOMPARE(
+        rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 0).first(), QStringLiteral("77"));
+    // Sets beyond 30 never show up, whatever the record holds.
+    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
+        WeldParameterPage::weldDataSetCount);
+}
+
+void TestWeldParameterPage::openingNeedsASelectedRow_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::newRow("weld data tab") << 0;
+    QTest::newRow("matching tab") << 1;
+}
+
+void TestWeldParameterPage::openingNeedsASelectedRow()
+{
+    QFETCH(int, tab);
+    ParamPageFixture t;
+    t.show();
+    t.child<QTabWidget>("tabWidget")->setCurrentIndex(tab);
+
+    t.child<QPushButton>("pushButton_detailed")->click();
+
+    QCOMPARE(testenv::shownMessages(t.shell), QStringList {kNoSelection});
+    QCOMPARE(t.stackPage(), int(WeldParameterPage::MainPage));
+    QVERIFY(t.controller.sent.isEmpty());
+}
+
+void TestWeldParameterPage::openingASet_data()
+{
+    QTest::addColumn<QJsonObject>("record");
+    QTest::addColumn<int>("power");
+    QTest::addColumn<QString>("tips");
+    QTest::addColumn<bool>("stickDetect");
+    QTest::addColumn<int>("wireMode");
+
+    QTest::newRow("stored set") << QJsonObject {{"LsData12", storedSet("LsData12")}} << 2500
+                                << "Steel 2 mm" << false << 2;
+    QTest::newRow("absent set gives the defaults")
+        << QJsonObject {{"LsData11", storedSet("LsData11")}} << 1500 << "" << true << 0;
+    QTest::newRow("set that is no object gives the defaults")
+        << json(R"({"LsData12": [1, 2]})") << 1500 << "" << true << 0;
+    QTest::newRow("absent keys give 0, off and empty")
+        << json(R"({"LsData12": {"welding_speed": 30}})") << 0 << "" << false << 0;
+    QTest::newRow("unknown wire mode falls back to the first")
+        << json(R"({"LsData12": {"laser_power_weld": 99999, "wire_mode_start": 17}})") << 9999 << ""
+        << false << 0;
+}
+
+void TestWeldParameterPage::openingASet()
+{
+    QFETCH(QJsonObject, record);
+    QFETCH(int, power);
+    QFETCH(QString, tips);
+    QFETCH(bool, stickDetect);
+    QFETCH(int, wireMode);
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, record);
+    t.show();
+    // Typed values of an earlier set must not leak into this one.
+    t.child<QLineEdit>("lineEdit_Tips")->setText(QStringLiteral("left over"));
+
+    t.open(0, 11);
+
+    QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
+    QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData12"));
+    QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), power);
+    QCOMPARE(t.child<QLineEdit>("lineEdit_Tips")->text(), tips);
+    QCOMPARE(t.child<SwitchButton>("pushButton_wire_stick_enable_end")->isOn(), stickDetect);
+    QCOMPARE(t.child<QComboBox>("comboBox_wire_mode_start")->currentIndex(), wireMode);
+    // The controller only ramps linearly, whatever the set says.
+    QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_start")->currentIndex(), 2);
+    QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_end")->currentIndex(), 2);
+    QVERIFY(t.shell.messages.isEmpty());
+    QVERIFY(t.controller.sent.isEmpty());
+}
+
+void TestWeldParameterPage::savingAnAbsentSetCreatesIt()
+{
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData1", storedSet("LsData1")}});
+    t.show();
+    t.open(0, 11);
+
+    t.save();
+
+    QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
+    QCOMPARE(t.controller.sent.first().sender, t.page);
+    const QJsonObject sets = t.lastPayload();
+    QCOMPARE(sets.keys(), QStringList {"LsData12"});
+    const QJsonObject set = sets.value("LsData12").toObject();
+    QCOMPARE(WeldParameterPage::weldDataKeys(),
+        (QStringList {"LsDataID", "Tips", "toggle_start", "laser_power_start", "frequency_start",
+            "duty_cycle_start", "ramp_mode_start", "ramp_value_start", "delay_time_start",
+            "welding_speed", "laser_power_weld", "frequency_weld", "duty_cycle_weld", "toggle_end",
+            "laser_power_end", "frequency_end", "duty_cycle_end", "ramp_mode_end", "ramp_value_end",
+            "delay_time_end", "wire_feed_enable_start", "feeding_speed_start", "wire_mode_start",
+            "wire_feed_time_start", "feeding_speed_run", "wire_feed_enable_end", "wire_speed_end",
+            "wire_mode_end", "wire_feed_time_end", "wire_stick_enable_end", "wire_retraction_end",
+            "wire_retract_end", "wire_retract_time_end", "wire_fill_com_end", "fill_delay_time_end",
+            "fill_wire_speed_end", "fill_wire_time_end"}));
+    QStringList sortedKeys = WeldParameterPage::weldDataKeys();
+    sortedKeys.sort();
+    QCOMPARE(set.keys(), sortedKeys);
+    QCOMPARE(set.value("LsDataID"), QJsonValue("LsData12"));
+    QCOMPARE(set.value("toggle_start"), QJsonValue(true));
+    QCOMPARE(set.value("toggle_end"), QJsonValue(true));
+    QCOMPARE(set.value("ramp_mode_start"), QJsonValue(2));
+    QCOMPARE(set.value("ramp_mode_end"), QJsonValue(2));
+    QCOMPARE(set.value("laser_power_weld"), QJsonValue(1500));
+    QCOMPARE(set.value("welding_speed"), QJsonValue(20));
+    QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(false));
+    QCOMPARE(testenv::shownMessages(t.shell), QStringList {"0|Saved successfully"});
+}
+
+void TestWeldParameterPage::savedSetKeepsTheFixedValues()
+{
+    ParamPageFixture t;
+    t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData3", storedSet("SomethingElse")}});
+    t.show();
+    QTest::ignoreMessage(QtDebugMsg, "wire_retract_time_end: 250");
+    t.open(0, 2);
+
+    t.save();
+
+    // Everything the editor shows goes back as loaded; the name and the fixed keys are the
+    // page's own, not the record's.
+    QJsonObject expected = storedSet("LsData3");
+    expected.insert("toggle_start", true);
+    expected.insert("toggle_end", true);
+    expected.insert("ramp_mode_start", 2);
+    expected.insert("ramp_mode_end", 2);
+    QCOMPARE(t.lastPayload().value("LsData3").toObject(), expected);
+}
+
+void TestWeldParameterPage::saveReply_data()
+{
+    QTest::addColumn<QJsonArray>("reply");
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QStringList>("logs");
+
+    QTest::newRow("accepted") << ScriptedController::reply(kSaveCommand, 0)
+                              << QStringList {"0|Saved successfully"} << QStringList();
+    QTest::newRow("refused keeps the editor")
+        << ScriptedController::reply(kSaveCommand, 4)
+        << QStringList {"2|Save failed. Please check the parameter configuration."}
+        << QStringList {"E|WeldParameterPage::checkSaveResult failed.  "
+                        "set_weld_param_list_config  Result: 4"};
+    QTest::newRow("no entry in the reply") << QJsonArray() << QStringList()
+                                           << QStringList {"E|WeldParameterPage::checkSaveResult "
+                                                           "failed. not found  "
+                                                           "set_weld_param_list_config  Result"};
+}
+
+void TestWeldParameterPage::saveReply()
+{
+    QFETCH(QJsonArray, reply);
+    QFETCH(QStringList, messages);
+    QFETCH(QStringList, logs);
+    ParamPageFixture t;
+    t.show();
+    t.open(0, 4);
+    t.child<QSpinBox>("spinBox_laser_power_weld")->setValue(2222);
+    testenv::resetLogFile();
+    t.controller.queueReply(reply);
+
+    t.save();
+
+    QCOMPARE(testenv::shownMessages(t.shell), messages);
+    QCOMPARE(testenv::logTexts(), logs);
+    QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
+    QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), 2222);
+    QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData5"));
+}
+
+void TestWeldParameterPage::dependentWidgets_data()
+{
+    QTest::addColumn<QJsonObject>("set");
+    QTest::addColumn<QStringList>("hidden");
+
+    QTest::newRow("laser only hides the wire groups")
+        << json(R"({"wire_feed_enable_start": false, "wire_feed_enable_end": false})")
+        << QStringList {"groupBox_wireStart", "groupBox_wireWeld", "groupBox_wireEnd",
+               "spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end"};
+    QTest::newRow("wire at the end alone means filler wire")
+        << json(R"({"wire_feed_enable_end": true, "wire_mode_start": 0, "wire_mode_end": 2})")
+        << QStringList {"spinBox_wire_feed_time_start"};
+    QTest::newRow("wire with the laser needs no times")
+        << json(R"({"wire_feed_enable_start": true, "wire_mode_start": 0, "wire_mode_end": 0})")
+        << QStringList {"spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end"};
+}
+
+void TestWeldParameterPage::dependentWidgets()
+{
+    QFETCH(QJsonObject, set);
+    QFETCH(QStringList, hidden);
+    ParamPageFixture t;
+
+    t.page->setWeldDataSet(set);
+
+    const QStringList candidates {"groupBox_wireStart", "groupBox_wireWeld", "groupBox_wireEnd",
+        "spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end", "spinBox_ramp_value_start",
+        "spinBox_ramp_value_end"};
+    QStringList hiddenNow;
+    for (const QString &name : candidates) {
+        if (t.page->findChild<QWidget *>(name)->isHidden())
+            hiddenNow.append(name);
+    }
+    QCOMPARE(hiddenNow, hidden);
+}
+
+void TestWeldParameterPage::weldModeSwitchesTheWire_data()
+{
+    QTest::addColumn<bool>("wireBefore");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("wireAfter");
+    QTest::newRow("laser welding stops the wire") << true << 0 << false;
+    QTest::newRow("filler wire starts the wire") << false << 1 << true;
+}
+
+void TestWeldParameterPage::weldModeSwitchesTheWire()
+{
+    QFETCH(bool, wireBefore);
+    QFETCH(int, mode);
+    QFETCH(bool, wireAfter);
+    ParamPageFixture t;
+    t.page->setWeldDataSet(
+        QJsonObject {{"wire_feed_enable_start", wireBefore}, {"wire_feed_enable_end", wireBefore}});
+    auto *weldMode = t.child<QComboBox>("comboBox_weld_mode");
+
+    weldMode->setCurrentIndex(mode);
+    emit weldMode->activated(mode);
+
+    const QJsonObject set = t.page->weldDataSet();
+    QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(wireAfter));
+    QCOMPARE(set.value("wire_feed_enable_end"), QJsonValue(wireAfter));
+    QCOMPARE(t.child<QWidget>("groupBox_wireStart")->isHidden(), !wireAfter);
+}
+
+void TestWeldParameterPage::editingNeedsLevelThree_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::addColumn<bool>("editable");
+    QTest::newRow("level 2") << 2 << false;
+    QTest::newRow("level 3") << 3 << true;
+}
+
+void TestWeldParameterPage::editingNeedsLevelThree()
+{
+    QFETCH(int, level);
+    QFETCH(bool, editable);
+    ParamPageFixture t;
+    t.controller.userLevel = level;
+
+    t.show();
+
+    QCOMPARE(t.child<QTabWidget>("tabWidget")->isEnabled(), editable);
+    QCOMPARE(t.child<QPushButton>("pushButton_detailed")->isEnabled(), editable);
+    QCOMPARE(t.child<QPushButton>("pushButton_save")->isEnabled(), editable);
+}
+
+QTEST_MAIN(TestWeldParameterPage)
+#include "tst_weldparameterpage.moc"
