@@ -5,9 +5,12 @@
 #include "controller/controllersimulator.h"
 
 #include <QAbstractButton>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QTabWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -20,17 +23,20 @@ namespace {
 
 const QString kRefusal = QStringLiteral("Insufficient user permissions!");
 
-// The monitor stream changes nothing on the equipment; everything else the plug-in sends does.
+// The monitor stream and a curve fit change nothing on the equipment or in its records;
+// everything else the plug-in sends does.
 bool changesEquipment(const QString &command)
 {
-    return command != QLatin1String("start_laserweld_monitor");
+    return command != QLatin1String("start_laserweld_monitor")
+        && command != QLatin1String("compute_curve_config");
 }
 
-// Save, Cancel, Compute and the welding main switch of every page, by their form names.
+// Save, Cancel, Compute, the welding main switch and the set editor's Detailed and back
+// buttons of every page, by their form names.
 bool isPageAction(const QWidget *widget)
 {
     static const QRegularExpression names(
-        QStringLiteral("^pushButton_(save|cancel|compute|main_enable)"),
+        QStringLiteral("^pushButton_(save|cancel|compute|main_enable|detailed|back)"),
         QRegularExpression::CaseInsensitiveOption);
     return names.match(widget->objectName()).hasMatch();
 }
@@ -75,20 +81,81 @@ struct Cell
         return nav ? nav->findChildren<QToolButton *>() : QList<QToolButton *>();
     }
 
-    QList<QWidget *> visibleActions() const
+    QWidget *currentPage() const
     {
         auto *stack = shell.centerWidget
             ? shell.centerWidget->findChild<QStackedWidget *>(QStringLiteral("stackedWidget"))
             : nullptr;
-        QList<QWidget *> actions;
-        if (!stack || !stack->currentWidget())
-            return actions;
-        const QList<QWidget *> widgets = stack->currentWidget()->findChildren<QWidget *>();
+        return stack ? stack->currentWidget() : nullptr;
+    }
+
+    // Everything an operator can reach: each page, each of its tabs, and for the weld data
+    // and matching lists the editor of their first set.
+    struct View
+    {
+        QToolButton *page;
+        int tab;
+        bool editor;
+    };
+
+    QList<View> views() const
+    {
+        QList<View> result;
+        const QList<QToolButton *> buttons = pageButtons();
+        for (QToolButton *button : buttons) {
+            button->click();
+            QWidget *page = currentPage();
+            auto *tabs = page ? page->findChild<QTabWidget *>() : nullptr;
+            const bool hasEditor
+                = page && page->findChild<QWidget *>(QStringLiteral("pushButton_detailed"));
+            const int tabCount = tabs ? tabs->count() : 0;
+            if (tabCount == 0)
+                result.append({button, -1, false});
+            for (int tab = 0; tab < tabCount; ++tab) {
+                result.append({button, tab, false});
+                if (hasEditor && tab < 2)
+                    result.append({button, tab, true});
+            }
+        }
+        return result;
+    }
+
+    QString show(const View &view) const
+    {
+        view.page->click();
+        QWidget *page = currentPage();
+        QString where = view.page->text();
+        if (view.tab < 0 || !page)
+            return where;
+        // Back to the list first, then the first set, as an operator would open it.
+        auto *back = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_back"));
+        if (back && back->isVisible())
+            back->click();
+        auto *tabs = page->findChild<QTabWidget *>();
+        tabs->setCurrentIndex(view.tab);
+        where += QStringLiteral(" tab ") + tabs->tabText(view.tab);
+        if (!view.editor)
+            return where;
+        const QList<QTableWidget *> tables = tabs->currentWidget()->findChildren<QTableWidget *>();
+        if (!tables.isEmpty())
+            tables.constFirst()->selectRow(0);
+        if (auto *detailed
+            = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_detailed")))
+            detailed->click();
+        return where + QStringLiteral(" editor");
+    }
+
+    QList<QWidget *> actions() const
+    {
+        QList<QWidget *> result;
+        QWidget *page = currentPage();
+        const QList<QWidget *> widgets
+            = page ? page->findChildren<QWidget *>() : QList<QWidget *>();
         for (QWidget *w : widgets) {
             if (isPageAction(w) && w->isVisible())
-                actions.append(w);
+                result.append(w);
         }
-        return actions;
+        return result;
     }
 };
 
@@ -181,40 +248,61 @@ void TestPermissionSweep::pageActionsActOnlyFromLevelThree()
     QFETCH(int, level);
 
     Cell cell(level);
+    // Every curve's output configured, so that only the level can lock a curve's tab.
+    QJsonObject io = cell.controller.record(QStringLiteral("weld_io_config"));
+    for (const char *key :
+        {"power_enabled", "wire_speed_enabled", "frequency_enabled", "duty_cycle_enabled"})
+        io.insert(QLatin1String(key), true);
+    cell.controller.commandCustomData(nullptr, QStringLiteral("kellaserweld"),
+        QJsonObject {{QStringLiteral("set_weld_io_config"), io}});
+    QVERIFY(
+        cell.controller.record(QStringLiteral("weld_io_config")).value("power_enabled").toBool());
+    cell.handled.clear();
     QVERIFY(cell.shell.centerWidget);
     cell.shell.centerWidget->resize(1200, 900);
     cell.shell.centerWidget->show();
-    const QList<QToolButton *> pages = cell.pageButtons();
-    QVERIFY(!pages.isEmpty());
 
-    // The main switch goes last: switching welding on would lock the other pages.
-    QList<QPair<QToolButton *, QString>> actions;
-    QList<QPair<QToolButton *, QString>> mainSwitches;
-    for (QToolButton *page : pages) {
-        page->click();
-        const QList<QWidget *> visible = cell.visibleActions();
+    // Every action of every view, each acted on in a freshly shown view. The main switch goes
+    // last: switching welding on would lock the other pages.
+    struct Action
+    {
+        Cell::View view;
+        QString name;
+    };
+    QList<Action> actions;
+    QList<Action> mainSwitches;
+    const QList<Cell::View> views = cell.views();
+    QVERIFY(!views.isEmpty());
+    for (const Cell::View &view : views) {
+        cell.show(view);
+        const QList<QWidget *> visible = cell.actions();
         for (QWidget *action : visible) {
-            auto &list = action->objectName().contains(QLatin1String("main_enable")) ? mainSwitches
-                                                                                     : actions;
-            list.append({page, action->objectName()});
+            const bool isMain = action->objectName().contains(QLatin1String("main_enable"));
+            (isMain ? mainSwitches : actions).append({view, action->objectName()});
         }
     }
     actions += mainSwitches;
     QStringList names;
-    for (const auto &entry : qAsConst(actions))
-        names.append(entry.second);
-    // At least the device settings and I/O pages' actions are swept; later pages add theirs.
-    for (const char *expected : {"pushButton_save", "pushButton_cancel", "pushButton_main_enable",
-             "pushButton_Save", "pushButton_Cancel"})
-        QVERIFY2(names.contains(QLatin1String(expected)), expected);
+    for (const Action &action : qAsConst(actions))
+        names.append(action.name);
+    // The forms' own names: a renamed button would silently drop out of the sweep.
+    QStringList expected {QStringLiteral("pushButton_save"), QStringLiteral("pushButton_cancel"),
+        QStringLiteral("pushButton_main_enable"), QStringLiteral("pushButton_Save"),
+        QStringLiteral("pushButton_Cancel"), QStringLiteral("pushButton_compute"),
+        QStringLiteral("pushButton_compute_2"), QStringLiteral("pushButton_compute_3"),
+        QStringLiteral("pushButton_compute_5"), QStringLiteral("pushButton_Save_laserpower"),
+        QStringLiteral("pushButton_Save_speed"), QStringLiteral("pushButton_Save_frequency"),
+        QStringLiteral("pushButton_Save_dutycycle"), QStringLiteral("pushButton_detailed")};
+    if (level >= 3)
+        expected.append(QStringLiteral("pushButton_back")); // only an opened editor has it
+    for (const QString &name : qAsConst(expected))
+        QVERIFY2(names.contains(name), qPrintable(name));
 
-    for (const auto &entry : qAsConst(actions)) {
-        entry.first->click();
-        auto *stack
-            = cell.shell.centerWidget->findChild<QStackedWidget *>(QStringLiteral("stackedWidget"));
-        QWidget *action = stack->currentWidget()->findChild<QWidget *>(entry.second);
-        QVERIFY(action);
-        const QString where = entry.first->text() + QStringLiteral(": ") + entry.second;
+    QStringList savesSent;
+    for (const Action &entry : qAsConst(actions)) {
+        const QString where = cell.show(entry.view) + QStringLiteral(": ") + entry.name;
+        QWidget *action = cell.currentPage()->findChild<QWidget *>(entry.name);
+        QVERIFY2(action && action->isVisible(), qPrintable(where));
         cell.handled.clear();
         cell.shell.clear();
         if (level < 3) {
@@ -223,28 +311,46 @@ void TestPermissionSweep::pageActionsActOnlyFromLevelThree()
             QTest::mouseClick(action, Qt::LeftButton);
             if (auto *button = qobject_cast<QAbstractButton *>(action))
                 button->click();
-            QVERIFY2(cell.equipmentCommands().isEmpty(),
-                qPrintable(where + " sent " + cell.equipmentCommands().join(' ')));
+            QVERIFY2(cell.handled.isEmpty(), qPrintable(where + " sent " + cell.handled.join(' ')));
             QVERIFY2(cell.shell.messages.isEmpty(), qPrintable(where));
             continue;
         }
         QVERIFY2(action->isEnabled(), qPrintable(where));
         QTest::mouseClick(action, Qt::LeftButton);
-        const QString name = entry.second.toLower();
+        const QString name = entry.name.toLower();
         const QStringList sent = cell.equipmentCommands();
         if (name.contains(QLatin1String("cancel"))) {
             QVERIFY2(sent.isEmpty(), qPrintable(where + " sent " + sent.join(' ')));
             QVERIFY2(cell.shell.messageTexts().contains(QStringLiteral("Cancel successful")),
                 qPrintable(where));
+        } else if (name.contains(QLatin1String("detailed"))
+            || name.contains(QLatin1String("back"))) {
+            QVERIFY2(sent.isEmpty(), qPrintable(where + " sent " + sent.join(' ')));
         } else if (name.contains(QLatin1String("compute"))) {
-            QVERIFY2(sent.contains(QStringLiteral("compute_curve_config")), qPrintable(where));
+            QVERIFY2(sent.isEmpty(), qPrintable(where + " sent " + sent.join(' ')));
+            QVERIFY2(
+                cell.handled.contains(QStringLiteral("compute_curve_config")), qPrintable(where));
         } else if (name.contains(QLatin1String("main_enable"))) {
             QVERIFY2(sent.contains(QStringLiteral("set_weld_enable")), qPrintable(where));
         } else {
             QVERIFY2(sent.size() == 1 && sent.constFirst().startsWith(QLatin1String("set_weld_"))
                     && sent.constFirst().endsWith(QLatin1String("_config")),
                 qPrintable(where + " sent " + sent.join(' ')));
+            savesSent += sent;
         }
+    }
+    if (level >= 3) {
+        // Every record the pages own was saved by its own page.
+        savesSent.removeDuplicates();
+        savesSent.sort();
+        QCOMPARE(savesSent,
+            QStringList({QStringLiteral("set_weld_curve_dutycycle_config"),
+                QStringLiteral("set_weld_curve_feed_config"),
+                QStringLiteral("set_weld_curve_frequency_config"),
+                QStringLiteral("set_weld_curve_power_config"), QStringLiteral("set_weld_io_config"),
+                QStringLiteral("set_weld_param_list_config"),
+                QStringLiteral("set_weld_param_match_config"),
+                QStringLiteral("set_weld_setting_config")}));
     }
 }
 
