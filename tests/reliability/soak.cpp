@@ -334,6 +334,19 @@ private:
             else if (w->objectName().startsWith(QLatin1String("pushButton_")))
                 switches.append(w);
         }
+        // A list of sets: open one first, as an operator must before Save shows.
+        auto *detailed = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_detailed"));
+        if (detailed && detailed->isVisible() && detailed->isEnabled() && m_random.bounded(2)) {
+            if (auto *tabs = page->findChild<QTabWidget *>())
+                tabs->setCurrentIndex(int(m_random.bounded(quint32(qMax(1, tabs->count())))));
+            const QList<QTableWidget *> tables = usable<QTableWidget>(page);
+            if (QTableWidget *table = pick(tables)) {
+                if (table->rowCount() > 0)
+                    table->selectRow(int(m_random.bounded(quint32(table->rowCount()))));
+            }
+            detailed->click();
+            return;
+        }
         if (QWidget *action = pick(m_random.bounded(2) ? buttons : switches))
             QTest::mouseClick(action, Qt::LeftButton);
     }
@@ -507,6 +520,13 @@ int main(int argc, char **argv)
                 qPrintable(parser.value(pluginsOption)));
             return 2;
         }
+        // The integrator has wired every curve's output, so the curve tabs can be used too.
+        QJsonObject io = controller.record(QStringLiteral("weld_io_config"));
+        for (const char *key :
+            {"power_enabled", "wire_speed_enabled", "frequency_enabled", "duty_cycle_enabled"})
+            io.insert(QLatin1String(key), true);
+        controller.commandCustomData(
+            nullptr, kPluginKey, QJsonObject {{QStringLiteral("set_weld_io_config"), io}});
         host.startAll();
         auto *editor = new ProgramEditor;
         editor->reloadCatalogue();
