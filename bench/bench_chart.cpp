@@ -1,17 +1,20 @@
-// Painting cost of one calibration chart: ten nodes and the fitted line, as the curve page
-// repaints it after each compute.
+// Painting one calibration chart, ten nodes and the fitted line, as the curve page repaints it
+// after each compute, against replaying the same drawing recorded once: what the chart adds is
+// its arithmetic and its calls, the rest is the painter's.
+#include "benchmain.h"
 
 #include "widget/customchart.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QPicture>
 
-#include <benchmark/benchmark.h>
+#include <functional>
 
-static void paintChartWithTenPoints(benchmark::State &state)
+namespace {
+
+void setUp(CustomChart &chart)
 {
-    CustomChart chart;
     chart.setAxis(QStringLiteral("%"), 10, 0, 100, QStringLiteral("W"), 500, 0, 4000);
     chart.setAxisLabels(QStringLiteral("Analog"), QStringLiteral("Power"));
     QVector<QPointF> points;
@@ -19,25 +22,47 @@ static void paintChartWithTenPoints(benchmark::State &state)
         points.append(QPointF(i * 10.0 + 5, i * 380.0 + 40));
     chart.setPoints(points);
     chart.setLine(38.0, 40.0);
-    QImage image(chart.size(), QImage::Format_ARGB32_Premultiplied);
+}
+
+void paintInto(
+    benchmark::State &state, const QSize &size, const std::function<void(QPainter &)> &draw)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
         image.fill(Qt::white);
         QPainter painter(&image);
-        chart.paint(painter);
+        draw(painter);
         painter.end();
         benchmark::DoNotOptimize(image.constBits());
     }
 }
-BENCHMARK(paintChartWithTenPoints);
 
-int main(int argc, char **argv)
+void paintChart(benchmark::State &state)
 {
-    // Widgets need an application; no screen is needed to paint into an image.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    CustomChart chart;
+    setUp(chart);
+    paintInto(state, chart.size(), [&chart](QPainter &painter) { chart.paint(painter); });
 }
+
+void replayPicture(benchmark::State &state)
+{
+    CustomChart chart;
+    setUp(chart);
+    QPicture picture;
+    {
+        QPainter recorder(&picture);
+        chart.paint(recorder);
+    }
+    paintInto(state, chart.size(), [&picture](QPainter &painter) { picture.play(&painter); });
+}
+
+} // namespace
+
+void registerBenchmarks()
+{
+    kelbench::add(kelbench::name("chart_paint", "ours"), paintChart)->Unit(benchmark::kMicrosecond);
+    kelbench::add(kelbench::name("chart_paint", "ref_picture_replay"), replayPicture)
+        ->Unit(benchmark::kMicrosecond);
+}
+
+KEL_BENCHMARK_MAIN()

@@ -1,16 +1,19 @@
+// The characteristic curve page with full records (ten nodes on every curve, every curve's port
+// assigned): its show at several port counts against the bare widget fill and against Qt
+// showing the same page so filled; a show that recomputes all four charts; one compute.
 #include "benchmain.h"
+#include "pagefixture.h"
+#include "pageloops.h"
+
 #include "page/characteristicscurvepage.h"
 #include "page/curveaxes.h"
-#include "support/scriptedcontroller.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPushButton>
-#include <QShowEvent>
 
 namespace {
 
-// Ten nodes on every curve, all ports assigned: the largest tables an operator can make.
 void fillFullRecords(ScriptedController &controller)
 {
     const char *const curves[][2] = {{"laser_power_node", "power_nodes_data"},
@@ -26,7 +29,7 @@ void fillFullRecords(ScriptedController &controller)
     }
     controller.serviceData.insert(QStringLiteral("weld_curve_config"), record);
 
-    QJsonObject io;
+    QJsonObject io = controller.serviceData.value(QStringLiteral("weld_io_config")).toObject();
     for (const char *name : {"power", "wire_speed", "frequency", "duty_cycle"}) {
         io.insert(QLatin1String(name) + QStringLiteral("_enabled"), true);
         io.insert(QLatin1String(name) + QStringLiteral("_port"), QStringLiteral("GO1"));
@@ -39,51 +42,26 @@ void fillFullRecords(ScriptedController &controller)
             QJsonObject {{QStringLiteral("compute_curve_config"), fit}}}}});
 }
 
-void sendShow(QWidget &page)
+// The page as the plug-in holds it: inside a visible parent, so that show() is the page's own.
+struct Setup
 {
-    QShowEvent event;
-    QApplication::sendEvent(&page, &event);
-    // What the pendant's event loop does after a show: lay out, and delete the spin boxes the
-    // reloaded tables dropped with deleteLater. Left queued, they slow every later iteration.
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-// Compute button: validation, curve object, request, fit, axis choice and chart feed.
-void computeTab(benchmark::State &state)
-{
-    ScriptedController controller;
-    fillFullRecords(controller);
-    CharacteristicsCurvePage page(nullptr);
-    sendShow(page);
-    auto *compute = page.findChild<QPushButton *>(QStringLiteral("pushButton_compute"));
-    for (auto _ : state) {
-        compute->click();
-        controller.clearSent();
-        QCoreApplication::sendPostedEvents();
+    explicit Setup(int ports, bool withLines = false) : fixture(ports), page(nullptr, &host)
+    {
+        fillFullRecords(fixture.controller);
+        host.show();
+        PageLoops::settle();
+        // With a line on every chart, each show computes all four again.
+        if (withLines) {
+            for (const char *name : {"pushButton_compute", "pushButton_compute_5",
+                     "pushButton_compute_2", "pushButton_compute_3"})
+                page.findChild<QPushButton *>(QLatin1String(name))->click();
+            PageLoops::settle();
+        }
     }
-}
-BENCHMARK(computeTab)->Unit(benchmark::kMicrosecond);
-
-// Show event with full records: load four tables, port lookup, lock; with range 1 every chart
-// already has a line, so all four are computed again.
-void showPage(benchmark::State &state)
-{
-    ScriptedController controller;
-    fillFullRecords(controller);
-    CharacteristicsCurvePage page(nullptr);
-    sendShow(page);
-    if (state.range(0) != 0) {
-        for (const char *name : {"pushButton_compute", "pushButton_compute_5",
-                 "pushButton_compute_2", "pushButton_compute_3"})
-            page.findChild<QPushButton *>(QLatin1String(name))->click();
-    }
-    for (auto _ : state) {
-        sendShow(page);
-        controller.clearSent();
-    }
-}
-BENCHMARK(showPage)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+    PageFixture fixture;
+    QWidget host;
+    CharacteristicsCurvePage page;
+};
 
 void axisChoice(benchmark::State &state)
 {
@@ -93,8 +71,19 @@ void axisChoice(benchmark::State &state)
     for (auto _ : state)
         benchmark::DoNotOptimize(CurveAxes::choose(points));
 }
-BENCHMARK(axisChoice);
 
 } // namespace
+
+void registerBenchmarks()
+{
+    PageLoops::addShows<Setup>("curvepage_show", "ref_widget_fill");
+    kelbench::add(kelbench::name("curvepage_show_lines", "ours", 1024), [](benchmark::State &s) {
+        Setup setup(1024, true);
+        PageLoops::show(s, &setup.page);
+    })->Unit(benchmark::kMillisecond);
+    // Compute button: validation, curve object, request, fit, axis choice and chart feed.
+    PageLoops::addClick<Setup>("curvepage_compute", "pushButton_compute");
+    kelbench::add(kelbench::name("curve_axes", "ours"), axisChoice);
+}
 
 KEL_BENCHMARK_MAIN()

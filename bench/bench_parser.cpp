@@ -1,18 +1,17 @@
 // Throughput of the call-expression parser on typical motion lines, against a straightforward
 // version that compiles its expressions on every call. Each is measured with the console
 // output discarded, once without and once with the plug-in's log file being written.
+#include "benchmain.h"
+
 #include "core/logline.h"
 #include "rl/callexpression.h"
 
 #include "kelplugin/qflog.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -111,35 +110,18 @@ void run(benchmark::State &state, Extract extract, bool withLogFile)
     QDir::setCurrent(previous);
 }
 
-void BM_Parser_ConsoleDiscarded(benchmark::State &state)
-{
-    run(state, &kellaser::util::extractFunctionAndParameters, false);
-}
-void BM_Reference_ConsoleDiscarded(benchmark::State &state)
-{
-    run(state, &referenceExtract, false);
-}
-void BM_Parser_LogFile(benchmark::State &state)
-{
-    run(state, &kellaser::util::extractFunctionAndParameters, true);
-}
-void BM_Reference_LogFile(benchmark::State &state)
-{
-    run(state, &referenceExtract, true);
-}
-
-BENCHMARK(BM_Parser_ConsoleDiscarded);
-BENCHMARK(BM_Reference_ConsoleDiscarded);
-BENCHMARK(BM_Parser_LogFile);
-BENCHMARK(BM_Reference_LogFile);
-
 } // namespace
 
-int main(int argc, char **argv)
+void registerBenchmarks()
 {
-    QCoreApplication app(argc, argv);
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    for (const bool withLogFile : {false, true}) {
+        const char *mode = withLogFile ? "log_file" : "console_discarded";
+        kelbench::add(kelbench::name("parser", "ours", mode), [withLogFile](benchmark::State &s) {
+            run(s, &kellaser::util::extractFunctionAndParameters, withLogFile);
+        });
+        kelbench::add(kelbench::name("parser", "ref_compile_per_call", mode),
+            [withLogFile](benchmark::State &s) { run(s, &referenceExtract, withLogFile); });
+    }
 }
+
+KEL_BENCHMARK_MAIN()

@@ -8,16 +8,17 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
-// 10,000 names as a large cell would report them, in the host's arbitrary order.
-QStringList portNames()
+// Names as a large cell would report them, in the host's arbitrary order.
+QStringList portNames(int count)
 {
     static const char *const prefixes[] = {"DO", "DI", "GO", "AO", "do_", "DO_Board", "EXT_IO"};
     QRandomGenerator random(42);
     QStringList names;
-    for (int i = 0; i < 10000; ++i) {
+    for (int i = 0; i < count; ++i) {
         const QString prefix = QLatin1String(prefixes[random.bounded(7)]);
         switch (random.bounded(3)) {
         case 0:
@@ -68,42 +69,44 @@ bool straightforwardLess(const QString &a, const QString &b)
     return ta.size() < tb.size();
 }
 
-void portCatalogue(benchmark::State &state)
+void sortWith(benchmark::State &state, int count, std::function<void(QStringList &)> sort)
 {
-    const QStringList names = portNames();
-    for (auto _ : state) {
-        QStringList sorted = PortCatalogue::sorted(names);
-        benchmark::DoNotOptimize(sorted);
-    }
-}
-
-void tokeniseInComparison(benchmark::State &state)
-{
-    const QStringList names = portNames();
+    const QStringList names = portNames(count);
     for (auto _ : state) {
         QStringList sorted = names;
-        std::sort(sorted.begin(), sorted.end(), straightforwardLess);
+        sort(sorted);
         benchmark::DoNotOptimize(sorted);
     }
-}
-
-void collatorNumeric(benchmark::State &state)
-{
-    const QStringList names = portNames();
-    QCollator collator(QLocale::c());
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseSensitive);
-    for (auto _ : state) {
-        QStringList sorted = names;
-        std::sort(sorted.begin(), sorted.end(), collator);
-        benchmark::DoNotOptimize(sorted);
-    }
+    state.SetItemsProcessed(state.iterations() * count);
 }
 
 } // namespace
 
-BENCHMARK(portCatalogue)->Unit(benchmark::kMillisecond);
-BENCHMARK(tokeniseInComparison)->Unit(benchmark::kMillisecond);
-BENCHMARK(collatorNumeric)->Unit(benchmark::kMillisecond);
+void registerBenchmarks()
+{
+    // 10,000 names as one large cell; 64, 1,024 and 8,192 as the ports of one type.
+    for (const int count : {64, 1024, 8192, 10000}) {
+        kelbench::add(kelbench::name("portsort", "ours", count), [count](benchmark::State &s) {
+            sortWith(s, count, [](QStringList &names) { names = PortCatalogue::sorted(names); });
+        })->Unit(benchmark::kMicrosecond);
+        kelbench::add(kelbench::name("portsort", "ref_collator", count),
+            [count](benchmark::State &s) {
+                QCollator collator(QLocale::c());
+                collator.setNumericMode(true);
+                collator.setCaseSensitivity(Qt::CaseSensitive);
+                sortWith(s, count, [&collator](QStringList &names) {
+                    std::sort(names.begin(), names.end(), collator);
+                });
+            })
+            ->Unit(benchmark::kMicrosecond);
+        kelbench::add(kelbench::name("portsort", "ref_tokenise", count),
+            [count](benchmark::State &s) {
+                sortWith(s, count, [](QStringList &names) {
+                    std::sort(names.begin(), names.end(), straightforwardLess);
+                });
+            })
+            ->Unit(benchmark::kMicrosecond);
+    }
+}
 
 KEL_BENCHMARK_MAIN()

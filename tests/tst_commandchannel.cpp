@@ -68,9 +68,10 @@ void TestCommandChannel::searchCheck_data()
     const auto notFound = CommandChannel::Outcome::NotFound;
     const auto success = CommandChannel::Outcome::Success;
     const auto failure = CommandChannel::Outcome::Failure;
+    const auto withReturn
+        = [](const QJsonValue &value) { return ScriptedController::reply(kCommand, value); };
 
-    QTest::newRow("zero code") << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":0}}}])")
-                               << success << 0;
+    QTest::newRow("zero code") << withReturn(0) << success << 0;
     QTest::newRow("matching element not first")
         << json(R"([{"kellaserweld":{"set_weld_feed_wire":{"return":0}}},
                     {"kellaserweld":{"set_weld_manual_gas":{"return":3}}}])")
@@ -86,16 +87,9 @@ void TestCommandChannel::searchCheck_data()
     QTest::newRow("empty array") << QJsonArray() << notFound << 0;
     QTest::newRow("return missing")
         << json(R"([{"kellaserweld":{"set_weld_manual_gas":{}}}])") << notFound << 0;
-    QTest::newRow("return true is not a number")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":true}}}])") << success << 0;
+    QTest::newRow("return true is not a number") << withReturn(true) << success << 0;
     QTest::newRow("return string 7 is not a number")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":"7"}}}])") << success << 0;
-    QTest::newRow("return null") << json(
-        R"([{"kellaserweld":{"set_weld_manual_gas":{"return":null}}}])")
-                                 << success << 0;
-    QTest::newRow("return nested")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":{"return":5}}}}])") << success
-        << 0;
+        << withReturn(QStringLiteral("7")) << success << 0;
     QTest::newRow("elements not objects") << json(R"([5, "set_weld_manual_gas", null, [1],
                     {"kellaserweld":{"set_weld_manual_gas":{"return":1}}}])")
                                           << failure << 1;
@@ -106,20 +100,11 @@ void TestCommandChannel::searchCheck_data()
         << json(R"([{"kellaserweld":{"set_weld_manual_gas":1}}])") << notFound << 0;
     QTest::newRow("another plug-in's key")
         << json(R"([{"other":{"set_weld_manual_gas":{"return":1}}}])") << notFound << 0;
-    QTest::newRow("negative code")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":-3}}}])") << failure << -3;
-    QTest::newRow("whole double") << json(
-        R"([{"kellaserweld":{"set_weld_manual_gas":{"return":4.0}}}])")
-                                  << failure << 4;
+    QTest::newRow("negative code") << withReturn(-3) << failure << -3;
+    QTest::newRow("whole double") << withReturn(4.0) << failure << 4;
     // Only whole numbers in int range convert; anything else takes the default 0.
-    QTest::newRow("fractional double")
-        << json(R"([{"kellaserweld":{"set_weld_manual_gas":{"return":2.5}}}])") << success << 0;
-    QTest::newRow("huge double") << json(
-        R"([{"kellaserweld":{"set_weld_manual_gas":{"return":1e300}}}])")
-                                 << success << 0;
-    QTest::newRow("beyond int") << json(
-        R"([{"kellaserweld":{"set_weld_manual_gas":{"return":3000000000}}}])")
-                                << success << 0;
+    QTest::newRow("fractional double") << withReturn(2.5) << success << 0;
+    QTest::newRow("beyond int") << withReturn(3e9) << success << 0;
 }
 
 void TestCommandChannel::searchCheck()
@@ -142,7 +127,6 @@ void TestCommandChannel::firstElementCheck_data()
         return ScriptedController::reply(QStringLiteral("set_virtual_welding"), value);
     };
     const int intMax = std::numeric_limits<int>::max();
-    const int intMin = std::numeric_limits<int>::min();
 
     QTest::newRow("empty array") << QJsonArray() << 0;
     QTest::newRow("zero") << withReturn(0) << 0;
@@ -153,22 +137,15 @@ void TestCommandChannel::firstElementCheck_data()
         << json(R"([{"kellaserweld":{}}, {"kellaserweld":{"set_virtual_welding":{"return":1}}}])")
         << 0;
     QTest::newRow("return true") << withReturn(true) << 1;
-    QTest::newRow("return false") << withReturn(false) << 0;
     QTest::newRow("return string 7") << withReturn(QStringLiteral("7")) << 7;
-    QTest::newRow("return string -2") << withReturn(QStringLiteral("-2")) << -2;
     QTest::newRow("return string not numeric") << withReturn(QStringLiteral("busy")) << 0;
     QTest::newRow("return string fractional") << withReturn(QStringLiteral("2.5")) << 0;
     QTest::newRow("return string overflowing") << withReturn(QStringLiteral("99999999999")) << 0;
-    QTest::newRow("return null") << withReturn(QJsonValue::Null) << 0;
     QTest::newRow("return nested") << withReturn(QJsonObject {{QStringLiteral("return"), 1}}) << 0;
-    QTest::newRow("return missing")
-        << json(R"([{"kellaserweld":{"set_virtual_welding":{}}}])") << 0;
     QTest::newRow("kellaserweld not an object") << json(R"([{"kellaserweld":[1]}])") << 0;
     QTest::newRow("fractional truncates") << withReturn(2.9) << 2;
     QTest::newRow("negative fractional truncates toward zero") << withReturn(-2.9) << -2;
-    QTest::newRow("fraction below one") << withReturn(0.5) << 0;
     QTest::newRow("huge saturates") << withReturn(1e300) << intMax;
-    QTest::newRow("huge negative saturates") << withReturn(-1e300) << intMin;
     QTest::newRow("not a number") << withReturn(std::numeric_limits<double>::quiet_NaN()) << 0;
 }
 

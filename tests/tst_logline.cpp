@@ -2,6 +2,7 @@
 #include "support/testenvironment.h"
 
 #include <QDateTime>
+#include <QLoggingCategory>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -15,8 +16,8 @@ private slots:
     void lineBytesPerLevel_data();
     void lineBytesPerLevel();
     void piecesAreSeparatedByOneBlank();
-    void logPathIsFilledWithThePluginKey();
     void unwritableLogFolderStillReachesConsole();
+    void consoleFollowsTheLoggingRules();
 };
 
 void TestLogLine::lineBytesPerLevel_data()
@@ -24,16 +25,11 @@ void TestLogLine::lineBytesPerLevel_data()
     QTest::addColumn<int>("level");
     QTest::addColumn<QString>("tag");
     QTest::addColumn<QString>("colour");
-    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I"
-                          << "36";
-    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W"
-                             << "33";
-    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E"
-                           << "31";
-    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S"
-                            << "35";
-    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D"
-                           << "32";
+    QTest::newRow("info") << int(kellaser::LogLevel::Info) << "I" << QString("36");
+    QTest::newRow("warning") << int(kellaser::LogLevel::Warning) << "W" << QString("33");
+    QTest::newRow("error") << int(kellaser::LogLevel::Error) << "E" << QString("31");
+    QTest::newRow("status") << int(kellaser::LogLevel::Status) << "S" << QString("35");
+    QTest::newRow("debug") << int(kellaser::LogLevel::Debug) << "D" << QString("32");
 }
 
 void TestLogLine::lineBytesPerLevel()
@@ -70,15 +66,6 @@ void TestLogLine::piecesAreSeparatedByOneBlank()
         qPrintable(lines.first()));
 }
 
-void TestLogLine::logPathIsFilledWithThePluginKey()
-{
-    QCOMPARE(
-        kellaser::LogLine::logPath(), QStringLiteral("./log/kelplugin/kellaserweld/kellaserweld"));
-    QCOMPARE(kellaser::LogLine::levelTag(
-                 kellaser::LogLevel::Error, QDateTime(QDate(2026, 11, 14), QTime(16, 52, 44, 123))),
-        QStringLiteral("[E|11/14 16:52:44.123]"));
-}
-
 void TestLogLine::unwritableLogFolderStillReachesConsole()
 {
     // A file where the log folder should be makes the log file impossible to open.
@@ -102,6 +89,27 @@ void TestLogLine::unwritableLogFolderStillReachesConsole()
     QDir::setCurrent(old);
 
     QVERIFY2(console.contains(QStringLiteral("still visible")), qPrintable(console));
+}
+
+void TestLogLine::consoleFollowsTheLoggingRules()
+{
+    static QStringList console;
+    console.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &msg) { console.append(msg); });
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    kellaser::logInfo() << "file only" << 7 << QStringLiteral("piece");
+    QLoggingCategory::setFilterRules(QString());
+    kellaser::logInfo() << "both";
+    qInstallMessageHandler(previous);
+
+    QCOMPARE(console.size(), 1);
+    QVERIFY(console.first().contains(QLatin1String("both")));
+    // A switched-off console must not cost the file its line.
+    const QStringList lines = testenv::logLines();
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines.first().endsWith(QStringLiteral("] file only 7 piece\x1b[0m")),
+        qPrintable(lines.first()));
 }
 
 QTEST_GUILESS_MAIN(TestLogLine)

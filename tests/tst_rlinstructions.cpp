@@ -18,9 +18,8 @@ private slots:
     void init();
 
     void registersInOrder();
-    void weldDataPatternsKeepTheirLiteralMarker_data();
-    void weldDataPatternsKeepTheirLiteralMarker();
-    void nameOnlyPatternIsTheFilledTemplate();
+    void patterns_data();
+    void patterns();
     void wirePatternChecksLines_data();
     void wirePatternChecksLines();
     void skeletonsAndDefaults_data();
@@ -74,29 +73,25 @@ void TestRlInstructions::registersInOrder()
     QCOMPARE(seen, expected);
 }
 
-void TestRlInstructions::weldDataPatternsKeepTheirLiteralMarker_data()
+void TestRlInstructions::patterns_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("pattern");
+    // The weld data patterns keep the host's "(%l)" marker; name-only ones fill the template.
     QTest::newRow("LaserOn") << "LaserOn"
                              << R"(^\s*LaserOn\(\s*\"(%l)\"\s*\);\s*(?://.*)?$)";
     QTest::newRow("LsParaMatch") << "LsParaMatch"
                                  << R"(^\s*LsParaMatch\(\s*\"(%l)\"\s*\);\s*(?://.*)?$)";
+    QTest::newRow("LaserOff") << "LaserOff"
+                              << R"(^\s*LaserOff\s*(?://.*)?$)";
 }
 
-void TestRlInstructions::weldDataPatternsKeepTheirLiteralMarker()
+void TestRlInstructions::patterns()
 {
     QFETCH(QString, name);
     QFETCH(QString, pattern);
     RlLaserWeldDefine define;
     QCOMPARE(patternOf(name), pattern);
-    QVERIFY(patternOf(name).contains(QStringLiteral("(%l)")));
-}
-
-void TestRlInstructions::nameOnlyPatternIsTheFilledTemplate()
-{
-    RlLaserWeldDefine define;
-    QCOMPARE(patternOf(QStringLiteral("LaserOff")), QStringLiteral(R"(^\s*LaserOff\s*(?://.*)?$)"));
 }
 
 void TestRlInstructions::wirePatternChecksLines_data()
@@ -110,8 +105,6 @@ void TestRlInstructions::wirePatternChecksLines_data()
     QTest::newRow("negative number") << "LsWireFwd(-5,1000);" << true;
     QTest::newRow("decimal fraction") << "LsWireFwd(50.5,1000);" << false;
     QTest::newRow("missing semicolon") << "LsWireFwd(50,1000)" << false;
-    QTest::newRow("one parameter") << "LsWireFwd(50);" << false;
-    QTest::newRow("other instruction") << "LsWireBwd(50,1000);" << false;
 }
 
 void TestRlInstructions::wirePatternChecksLines()

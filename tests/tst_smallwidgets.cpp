@@ -28,8 +28,6 @@ QImage labelImage(const ShowStatusBar &bar)
 
 enum class HeaderChange {
     None,
-    TableResized,
-    SectionWidened,
     SectionNarrowed,
     EarlierSectionResized,
     SectionMoved,
@@ -48,7 +46,6 @@ class TestSmallWidgets : public QObject
 private slots:
     void initTestCase() { testenv::initPluginResources(); }
 
-    void statusIndicatorShowsTheChosenMode();
     void statusIndicatorKeepsLastIcon();
 
     void hostedWidgetStaysInItsSection_data();
@@ -60,20 +57,6 @@ private slots:
     void comboPopupOpens_data();
     void comboPopupOpens();
 };
-
-void TestSmallWidgets::statusIndicatorShowsTheChosenMode()
-{
-    ShowStatusBar bar;
-    bar.showRealWelding();
-    const QImage real = labelImage(bar);
-    bar.showSimulatedWelding();
-    const QImage simulated = labelImage(bar);
-    QVERIFY(!real.isNull());
-    QVERIFY(!simulated.isNull());
-    QCOMPARE(real.height(), 25);
-    QCOMPARE(simulated.height(), 25);
-    QVERIFY(real != simulated);
-}
 
 void TestSmallWidgets::statusIndicatorKeepsLastIcon()
 {
@@ -92,8 +75,6 @@ void TestSmallWidgets::hostedWidgetStaysInItsSection_data()
 {
     QTest::addColumn<HeaderChange>("change");
     QTest::newRow("first layout") << HeaderChange::None;
-    QTest::newRow("table resized") << HeaderChange::TableResized;
-    QTest::newRow("section widened") << HeaderChange::SectionWidened;
     QTest::newRow("section narrower than the widget") << HeaderChange::SectionNarrowed;
     QTest::newRow("earlier section resized") << HeaderChange::EarlierSectionResized;
     QTest::newRow("section moved") << HeaderChange::SectionMoved;
@@ -120,12 +101,6 @@ void TestSmallWidgets::hostedWidgetStaysInItsSection()
 
     switch (change) {
     case HeaderChange::None:
-        break;
-    case HeaderChange::TableResized:
-        table.resize(900, 300);
-        break;
-    case HeaderChange::SectionWidened:
-        header->resizeSection(2, 240);
         break;
     case HeaderChange::SectionNarrowed:
         header->resizeSection(2, 30);
@@ -154,10 +129,7 @@ void TestSmallWidgets::hostedWidgetStaysInItsSection()
     const QPoint offCentre = geometry.center() - section.center();
     QVERIFY2(qAbs(offCentre.x()) <= 1 && qAbs(offCentre.y()) <= 1,
         qPrintable(QStringLiteral("off by %1,%2").arg(offCentre.x()).arg(offCentre.y())));
-    QVERIFY2(section.contains(geometry),
-        qPrintable(QStringLiteral("%1 outside %2")
-                       .arg(QString::number(geometry.x()) + ',' + QString::number(geometry.width()),
-                           QString::number(section.x()) + ',' + QString::number(section.width()))));
+    QVERIFY(section.contains(geometry));
     QCOMPARE(geometry.size(), QSize(50, 25).boundedTo(section.size()));
 }
 
@@ -232,7 +204,6 @@ void TestSmallWidgets::comboPopupOpens_data()
 {
     QTest::addColumn<int>("items");
     QTest::newRow("no items") << 0;
-    QTest::newRow("one item") << 1;
     QTest::newRow("many long items") << 500;
 }
 

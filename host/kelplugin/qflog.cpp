@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QLoggingCategory>
 #include <QMessageLogger>
 
 namespace kelplugin {
@@ -51,6 +52,20 @@ LogFiles &logFiles()
     return files;
 }
 
+bool consoleEnabled()
+{
+    return QLoggingCategory::defaultCategory()->isDebugEnabled();
+}
+
+// Where the pieces for a stream that is off go; emptied after every line.
+QDebug &discard()
+{
+    static QString text;
+    static QDebug stream(&text);
+    text.clear();
+    return stream;
+}
+
 QString finish(QString text)
 {
     // The debug stream leaves a separator blank after the last piece.
@@ -63,35 +78,59 @@ QString finish(QString text)
 
 QFLog::QFLog(const QString &colour, const QString &levelTag, const QString &third,
     const QString &logPath, const QString &folder)
-    : m_console(&m_consoleText), m_fileStream(&m_fileText), m_file(logFiles().open(logPath))
+    : m_file(logFiles().open(logPath))
 {
     Q_UNUSED(folder) // the real host files logs by folder; here the path says it all
-    m_console.noquote();
-    m_fileStream.noquote();
+    if (!consoleEnabled() && !m_file)
+        return;
     QString head = colour + levelTag;
     if (!third.isEmpty())
         head += QLatin1Char(' ') + third;
-    m_console << head;
-    if (m_file)
-        m_fileStream << head;
+    if (consoleEnabled()) {
+        m_console.emplace(&m_consoleText);
+        m_console->noquote() << head;
+    }
+    if (m_file) {
+        m_fileStream.emplace(&m_fileText);
+        m_fileStream->noquote() << head;
+    }
 }
 
 QFLog::~QFLog()
 {
-    const QString console = finish(m_consoleText) + kReset;
-    QMessageLogger().debug().noquote() << console;
+    if (m_console) {
+        m_console.reset();
+        QMessageLogger().debug().noquote() << finish(m_consoleText) + kReset;
+    }
     if (m_file) {
+        m_fileStream.reset();
         m_file->write((finish(m_fileText) + kReset + QLatin1Char('\n')).toUtf8());
         m_file->flush();
     }
 }
 
+QDebug &QFLog::console()
+{
+    return m_console ? *m_console : discard();
+}
+
+QDebug &QFLog::file()
+{
+    return m_fileStream ? *m_fileStream : discard();
+}
+
 QFLog &QFLog::operator<<(const QString &text)
 {
-    m_console << text;
+    if (m_console)
+        *m_console << text;
     if (m_file)
-        m_fileStream << text;
+        *m_fileStream << text;
     return *this;
+}
+
+bool QFLog::writes(const QString &logPath)
+{
+    return consoleEnabled() || logFiles().open(logPath);
 }
 
 void QFLog::closeAll()

@@ -5,6 +5,8 @@
 #include <QDebug>
 #include <QString>
 
+#include <optional>
+
 class QFile;
 
 namespace kelplugin {
@@ -14,6 +16,9 @@ namespace kelplugin {
 // lines; a file that cannot be opened is skipped silently.
 //
 // Line form: colour, levelTag, " ", [third, " "], the pieces separated by blanks, ESC "[0m".
+//
+// The console part follows Qt's logging rules: with debug output of the default category
+// switched off (QT_LOGGING_RULES="default.debug=false") it costs nothing.
 class KELPLUGIN_EXPORT QFLog
 {
 public:
@@ -25,18 +30,22 @@ public:
 
     QFLog &operator<<(const QString &text);
 
-    QDebug &console() { return m_console; }
+    // Streams that are off (see isConsoleEnabled, isFileOpen) drop what they are given.
+    QDebug &console();
+    bool isConsoleEnabled() const { return m_console.has_value(); }
     bool isFileOpen() const { return m_file != nullptr; }
-    QDebug &file() { return m_fileStream; }
+    QDebug &file();
 
+    // Whether a line for logPath would be written anywhere; callers may skip building it.
+    static bool writes(const QString &logPath);
     // Closes every cached log file (tests, and the pendant on exit).
     static void closeAll();
 
 private:
     QString m_consoleText;
     QString m_fileText;
-    QDebug m_console;
-    QDebug m_fileStream;
+    std::optional<QDebug> m_console;
+    std::optional<QDebug> m_fileStream;
     QFile *m_file;
 };
 

@@ -74,8 +74,10 @@ QString LogLine::levelTag(LogLevel level, const QDateTime &time)
 }
 
 LogLine::LogLine(LogLevel level)
-    : m_log(colourEscape(level), tagTemplate(level).arg(currentStamp()), QString(), logPath(),
-        QStringLiteral("log"))
+    : m_log(colourEscape(level),
+        // A line nobody will read needs no time stamp.
+        kelplugin::QFLog::writes(logPath()) ? tagTemplate(level).arg(currentStamp()) : QString(),
+        QString(), logPath(), QStringLiteral("log"))
 { }
 
 } // namespace kellaser

@@ -23,7 +23,8 @@ public:
     // Plain strings and numbers go to the console stream and, when open, the file stream.
     template<typename T> LogLine &operator<<(const T &piece)
     {
-        m_log.console() << piece;
+        if (m_log.isConsoleEnabled())
+            m_log.console() << piece;
         if (m_log.isFileOpen())
             m_log.file() << piece;
         return *this;

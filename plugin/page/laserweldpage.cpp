@@ -8,6 +8,7 @@
 #include "weldsettingpage.h"
 
 #include "core/logline.h"
+#include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
 #include <QBoxLayout>
@@ -17,6 +18,20 @@
 namespace {
 
 const char *const kPageIndex = "pageIndex";
+
+const QString &scrollBarStyle()
+{
+    static const QString style = QStringLiteral(
+        "QScrollBar:vertical, QScrollBar:horizontal {background:#f5f5f5;"
+        "border:1px solid #c8c8c8;border-radius:6px;margin:0px;min-width:30px;min-height:8px;}"
+        "QScrollBar::handle:vertical, QScrollBar::handle:horizontal {background:#c8c8c8;"
+        "border-radius:10px;min-width:30px;min-height:8px;}"
+        "QScrollBar::handle:vertical:hover, QScrollBar::handle:horizontal:hover "
+        "{background:#b0b0b0;}"
+        "QScrollBar::add-line, QScrollBar::sub-line {border:none;background:none;width:0px;"
+        "height:0px;}");
+    return style;
+}
 
 } // namespace
 
@@ -38,19 +53,29 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
         delete placeholder;
     }
 
-    m_settingPage = new WeldSettingPage(this);
+    // The sheets go on before the pages exist and the pages are built inside the stacked widget,
+    // so each page takes the inherited style while it is built; a sheet set afterwards, or a
+    // move into the stack, would push the style through every widget of every page again. For
+    // the same reason the scroll bars get render()'s sheet now, and render() finds it in place.
+    kellaser::applyStyleSheet(m_ui.scrollArea, scrollBarStyle());
+    m_ui.wgtContent->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
+    m_ui.wgtTitle->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
+    m_ui.lblTitle->setStyleSheet(
+        QStringLiteral("QLabel#lblTitle{font:bold 16px;min-height:30px;}"));
+
+    m_settingPage = new WeldSettingPage(m_ui.stackedWidget);
     addNavigation(QStringLiteral(":/png/meanlist/LaserWeldDeviceSetting.png"),
         tr("Parmeter Setting"), tr("Weld Setup"), m_settingPage);
-    m_ioPage = new WeldioPage(m_settingPage, this);
+    m_ioPage = new WeldioPage(m_settingPage, m_ui.stackedWidget);
     addNavigation(QStringLiteral(":/png/meanlist/LaserWeldIO.png"), tr("Soldering I/O"),
         tr("Weld I/O"), m_ioPage);
-    m_curvePage = new CharacteristicsCurvePage(m_settingPage, this);
+    m_curvePage = new CharacteristicsCurvePage(m_settingPage, m_ui.stackedWidget);
     addNavigation(QStringLiteral(":/png/meanlist/LaserWeldCharacteristicCurve.png"),
         tr("Characteristic curves"), tr("Char. Curve"), m_curvePage);
-    m_parameterPage = new WeldParameterPage(m_settingPage, this);
+    m_parameterPage = new WeldParameterPage(m_settingPage, m_ui.stackedWidget);
     addNavigation(QStringLiteral(":/png/meanlist/LaserWeldProcessSetting.png"),
         tr("Welding Parameters"), tr("Weld Data"), m_parameterPage);
-    m_trackingPage = new LaserTrackingPage(this);
+    m_trackingPage = new LaserTrackingPage(m_ui.stackedWidget);
     addNavigation(QStringLiteral(":/png/meanlist/LaserWeldWeaveFunction.png"), tr("Laser Tracking"),
         tr("Laser Tracking"), m_trackingPage);
 
@@ -58,11 +83,6 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
         m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::setPageStatus);
     // Watching a weld changes nothing, so the monitor stays at hand while the pages are locked.
     connect(m_ui.pushButton_monitor, &QPushButton::clicked, this, &LaserWeldPage::openMonitor);
-
-    m_ui.wgtContent->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
-    m_ui.wgtTitle->setStyleSheet(QStringLiteral("QWidget{background-color:white;}"));
-    m_ui.lblTitle->setStyleSheet(
-        QStringLiteral("QLabel#lblTitle{font:bold 16px;min-height:30px;}"));
 }
 
 LaserWeldPage::~LaserWeldPage() = default;
@@ -133,15 +153,7 @@ void LaserWeldPage::setPageStatus(bool enable)
 
 void LaserWeldPage::initRenderStyle()
 {
-    m_ui.scrollArea->setStyleSheet(QStringLiteral(
-        "QScrollBar:vertical, QScrollBar:horizontal {background:#f5f5f5;"
-        "border:1px solid #c8c8c8;border-radius:6px;margin:0px;min-width:30px;min-height:8px;}"
-        "QScrollBar::handle:vertical, QScrollBar::handle:horizontal {background:#c8c8c8;"
-        "border-radius:10px;min-width:30px;min-height:8px;}"
-        "QScrollBar::handle:vertical:hover, QScrollBar::handle:horizontal:hover "
-        "{background:#b0b0b0;}"
-        "QScrollBar::add-line, QScrollBar::sub-line {border:none;background:none;width:0px;"
-        "height:0px;}"));
+    kellaser::applyStyleSheet(m_ui.scrollArea, scrollBarStyle());
     if (m_settingPage)
         m_settingPage->initStyle();
     if (m_ioPage)

@@ -2,6 +2,8 @@
 
 #include "kelplugin/interfacemanager.h"
 
+#include <QComboBox>
+
 #include <algorithm>
 #include <limits>
 #include <vector>
@@ -21,6 +23,9 @@ struct Token
 };
 
 const int kPackedLetters = 8;
+
+// Characters of the longest port name a drop-down shows in full without growing.
+const int kTypicalNameLength = 12;
 
 quint64 packLetters(const QChar *letters, int length)
 {
@@ -252,4 +257,16 @@ bool PortCatalogue::lessThan(const QString &a, const QString &b)
 {
     const TokenTable table(QStringList {a, b});
     return table.less(0, 1);
+}
+
+void PortCatalogue::fitDropDown(QComboBox *dropDown)
+{
+    dropDown->setMinimumContentsLength(kTypicalNameLength);
+}
+
+void PortCatalogue::selectPort(QComboBox *dropDown, const QStringList &items, const QString &name)
+{
+    const int index = items.indexOf(name);
+    if (index >= 0)
+        dropDown->setCurrentIndex(index);
 }

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+class QComboBox;
+
 // The controller's I/O port names of one type, fetched afresh from the host on every call and
 // put in natural order, so that DO2 comes before DO10.
 class PortCatalogue
@@ -24,4 +26,11 @@ public:
     // letters and runs of digits; runs that fit an int compare as numbers, everything else as
     // case-sensitive text, and a name that runs out of tokens first sorts first.
     static bool lessThan(const QString &a, const QString &b);
+
+    // Sizes a drop-down of port names by a typical name rather than by its longest entry, which
+    // would measure every name of a refilled list on each layout pass.
+    static void fitDropDown(QComboBox *dropDown);
+    // As QComboBox::setCurrentText for a drop-down filled with exactly items: an unknown name
+    // leaves the selection alone. The item model would compare every entry as a QVariant.
+    static void selectPort(QComboBox *dropDown, const QStringList &items, const QString &name);
 };

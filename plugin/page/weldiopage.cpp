@@ -5,6 +5,7 @@
 
 #include "core/commandchannel.h"
 #include "core/logline.h"
+#include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -124,6 +125,8 @@ WeldioPage::WeldioPage(WeldSettingPage *settingPage, QWidget *parent)
     const auto combos = findChildren<QComboBox *>();
     for (QComboBox *combo : combos)
         combo->setMaxVisibleItems(kVisibleItems);
+    for (const Row &row : m_rows)
+        PortCatalogue::fitDropDown(row.port);
 
     connect(m_ui.pushButton_Save, &QPushButton::clicked, this, &WeldioPage::save);
     connect(m_ui.pushButton_Cancel, &QPushButton::clicked, this, &WeldioPage::cancel);
@@ -158,12 +161,13 @@ void WeldioPage::initStyle()
         "QGroupBox{margin-top:12px;margin-bottom:12px;padding-top:12px;height:36px;"
         "font-weight:600;font-size:12pt;font-family:\"Segoe UI\";"
         "border:1px solid gray;border-radius:10px;}");
-    m_ui.groupBox_output->setStyleSheet(groupStyle);
-    m_ui.groupBox_input->setStyleSheet(groupStyle);
-    setStyleSheet(QStringLiteral(
-        "QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
-        "QLabel{border:none;font-weight:400;font-size:10pt;font-family:\"Microsoft YaHei UI\";}"
-        "QLabel[type=\"title\"]{font-weight:600;font-size:12pt;}"));
+    kellaser::applyStyleSheet(m_ui.groupBox_output, groupStyle);
+    kellaser::applyStyleSheet(m_ui.groupBox_input, groupStyle);
+    kellaser::applyStyleSheet(this,
+        QStringLiteral(
+            "QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
+            "QLabel{border:none;font-weight:400;font-size:10pt;font-family:\"Microsoft YaHei UI\";}"
+            "QLabel[type=\"title\"]{font-weight:600;font-size:12pt;}"));
 }
 
 void WeldioPage::checkSaveResult(const QJsonArray &result)
@@ -192,10 +196,7 @@ void WeldioPage::loadRecord(const QJsonObject &record)
     for (const Row &row : m_rows) {
         if (row.type)
             row.type->setCurrentIndex(record.value(row.typeKey).toInt());
-        // As QComboBox::setCurrentText: an unknown name leaves the selection alone.
-        const int port = row.items.indexOf(record.value(row.portKey).toString());
-        if (port >= 0)
-            row.port->setCurrentIndex(port);
+        PortCatalogue::selectPort(row.port, row.items, record.value(row.portKey).toString());
         if (row.enable)
             row.enable->setOn(record.value(row.enableKey).toBool(false), true);
     }

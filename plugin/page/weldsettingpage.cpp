@@ -3,6 +3,7 @@
 #include "portcatalogue.h"
 
 #include "core/commandchannel.h"
+#include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -70,6 +71,9 @@ WeldSettingPage::WeldSettingPage(QWidget *parent) : QWidget(parent)
     connect(m_ui.pushButton_save, &QPushButton::clicked, this, &WeldSettingPage::save);
     connect(m_ui.pushButton_cancel, &QPushButton::clicked, this, &WeldSettingPage::cancel);
 
+    PortCatalogue::fitDropDown(m_ui.comboBox_detection_do);
+    PortCatalogue::fitDropDown(m_ui.comboBox_feedback_di);
+
     // Sections start in step with their switches, which start off.
     setRetractionPlanStatus(m_ui.pushButton_Retraction->isOn());
     setWireStickingPlanStatus(m_ui.pushButton_WireSticking->isOn());
@@ -80,7 +84,7 @@ WeldSettingPage::~WeldSettingPage() = default;
 
 void WeldSettingPage::initStyle()
 {
-    setStyleSheet(
+    kellaser::applyStyleSheet(this,
         QStringLiteral("QFrame{border:1px solid #c8c8c8;border-radius:8px;}"
                        "QLabel{border:none;font-size:10pt;font-family:\"Microsoft YaHei UI\";}"
                        "QLabel[type=\"title\"]{font-weight:600;font-size:12pt;}"));
@@ -141,8 +145,8 @@ void WeldSettingPage::loadRecord(const QJsonObject &r)
     m_ui.comboBox_laser_comm_type->setCurrentIndex(number("laser_comm_type"));
     m_ui.comboBox_wire_feeder_comm_type->setCurrentIndex(number("wire_feeder_comm_type"));
     m_ui.comboBox_wire_feed_type->setCurrentIndex(number("wire_feed_type"));
-    m_ui.comboBox_detection_do->setCurrentText(text("detection_do"));
-    m_ui.comboBox_feedback_di->setCurrentText(text("feedback_di"));
+    PortCatalogue::selectPort(m_ui.comboBox_detection_do, m_detectionPorts, text("detection_do"));
+    PortCatalogue::selectPort(m_ui.comboBox_feedback_di, m_feedbackPorts, text("feedback_di"));
 
     m_ui.spinBox_laser_power->setValue(real("laser_power"));
     m_ui.spinBox_feedback_delay->setValue(real("feedback_delay"));
@@ -213,14 +217,14 @@ void WeldSettingPage::showEvent(QShowEvent *event)
 
 void WeldSettingPage::fillPortLists()
 {
-    QStringList outputs = PortCatalogue::digitalOutputs();
-    outputs.prepend(QString());
+    m_detectionPorts = PortCatalogue::digitalOutputs();
+    m_detectionPorts.prepend(QString());
     m_ui.comboBox_detection_do->clear();
-    m_ui.comboBox_detection_do->addItems(outputs);
-    QStringList inputs = PortCatalogue::digitalInputs();
-    inputs.prepend(QString());
+    m_ui.comboBox_detection_do->addItems(m_detectionPorts);
+    m_feedbackPorts = PortCatalogue::digitalInputs();
+    m_feedbackPorts.prepend(QString());
     m_ui.comboBox_feedback_di->clear();
-    m_ui.comboBox_feedback_di->addItems(inputs);
+    m_ui.comboBox_feedback_di->addItems(m_feedbackPorts);
 }
 
 void WeldSettingPage::setRetractionPlanStatus(bool isOn)

@@ -2,6 +2,7 @@
 
 #include "ui_weldsettingpage.h"
 
+#include <QStringList>
 #include <QWidget>
 
 class QJsonArray;
@@ -58,4 +59,7 @@ private:
     static void pause();
 
     Ui::WeldSettingPage m_ui;
+    // What the two port drop-downs hold, to find a port without asking the item model.
+    QStringList m_detectionPorts;
+    QStringList m_feedbackPorts;
 };
