@@ -56,9 +56,11 @@ void TestPluginLoading::rejectsLibrariesThatAreNotPlugins_data()
 {
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("expected");
-    // A real shared library without the plug-in interface.
+    // A real shared library without the plug-in interface. A copy of the host library used to
+    // stand in here, which put a second copy of the host's globals into the process.
     QTest::newRow("library that is no plug-in")
-        << qEnvironmentVariable("KEL_HOST_LIBRARY") << QStringLiteral("is not a pendant plug-in");
+        << QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/libkel_notaplugin.so")
+        << QStringLiteral("is not a pendant plug-in");
     QTest::newRow("file that is no library") << QString() << QStringLiteral("cannot be loaded");
 }
 

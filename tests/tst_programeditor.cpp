@@ -127,6 +127,19 @@ void TestProgramEditor::skeletonFormText_data()
     QTest::newRow("long run of blanks is refused")
         << wire << "LsWireFwd(" + QString(200000, QLatin1Char(' ')) + "x" << false
         << "LsWireFwd(1, 1);";
+    // A combo box without items wrote an empty value that it then refused to read back.
+    QTest::newRow("combo without items reads its own text") << "g($a#cmb#$);"
+                                                            << "g();" << true << "g();";
+    // Blanks between two words of the literal were dropped from the match, so the form's own
+    // text did not read back.
+    QTest::newRow("blank between words of the literal")
+        << "WaitTime InPos($t:#spn#0,100#true$);"
+        << "WaitTime InPos(5);" << true << "WaitTime InPos(5);";
+    // A character beyond 16 bits in the literal was escaped half by half: nothing matched.
+    QTest::newRow("literal beyond 16 bits")
+        << QString::fromUtf8("Note\xF0\x9D\x9D\x9D($t:#spn#0,9#true$);")
+        << QString::fromUtf8("Note\xF0\x9D\x9D\x9D(5);") << true
+        << QString::fromUtf8("Note\xF0\x9D\x9D\x9D(5);");
     QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
                                         << "f(-2147483648);" << true << "f(-2147483648);";
 }

@@ -18,10 +18,21 @@ const QString kSpin = QStringLiteral("spn");
 QString literalPattern(const QString &literal)
 {
     QString pattern;
-    for (const QChar c : literal) {
-        if (c.isSpace())
+    for (int i = 0; i < literal.size(); ++i) {
+        const QChar c = literal.at(i);
+        // Any run of blanks, none included: "a b" must still match its own text.
+        if (c.isSpace()) {
+            pattern += QStringLiteral("\\s*+");
             continue;
-        const QString escaped = QRegularExpression::escape(QString(c));
+        }
+        // A character beyond the 16-bit range is two code units; escaped apart they make an
+        // invalid pattern that matches nothing.
+        const int units
+            = c.isHighSurrogate() && i + 1 < literal.size() && literal.at(i + 1).isLowSurrogate()
+            ? 2
+            : 1;
+        const QString escaped = QRegularExpression::escape(literal.mid(i, units));
+        i += units - 1;
         if (c.isLetterOrNumber() || c == QLatin1Char('_'))
             pattern += escaped;
         else
@@ -161,7 +172,8 @@ bool SkeletonForm::setText(const QString &line)
         int choice = 0;
         if (const auto *combo = qobject_cast<const QComboBox *>(editor)) {
             choice = combo->findText(value);
-            if (choice < 0)
+            // A list without items shows, and writes, an empty value.
+            if (choice < 0 && !(combo->count() == 0 && value.isEmpty()))
                 return false;
         } else if (qobject_cast<const QSpinBox *>(editor)) {
             bool ok = false;

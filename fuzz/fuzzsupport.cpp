@@ -1,0 +1,35 @@
+#include "fuzzsupport.h"
+
+#include "support/testenvironment.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+void discardMessage(QtMsgType, const QMessageLogContext &, const QString &)
+{ }
+
+} // namespace
+
+namespace fuzzsupport {
+
+void initialise(int *argc, char ***argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Lives until exit, like the application.
+    static QApplication app(*argc, *argv);
+    qInstallMessageHandler(discardMessage);
+
+    // The plug-in logs to ./log/...; pointing that file at /dev/null keeps a long run from
+    // filling the disk. The working folder stays, so corpus paths on the command line work.
+    QDir().mkpath(QStringLiteral("log/kelplugin/kellaserweld"));
+    if (!QFileInfo::exists(testenv::logFilePath()))
+        QFile::link(QStringLiteral("/dev/null"), testenv::logFilePath());
+
+    testenv::initPluginResources();
+}
+
+} // namespace fuzzsupport

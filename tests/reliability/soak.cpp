@@ -1,0 +1,584 @@
+// kel_soak: thousands of random operator actions through the pendant (window, keys, the
+// plug-in's pages, the program editor, the cell controls) against the simulated controller,
+// with random faults: failure codes, empty and malformed replies, dropped connections.
+//
+//     kel_soak [--minutes M | --actions N] [--seed S] [--plugins DIR]
+//
+// Every command the controller handles is checked as it happens: an accepted save must hold
+// what was sent, a refusal must change no record. At the end the data file must be valid and
+// a controller started afresh from it must hold exactly the records of the running one.
+// Prints the seed first, so a failing run can be repeated; exits 1 on any finding.
+
+#include "keypanel.h"
+#include "pendantwindow.h"
+#include "pluginhost.h"
+#include "programeditor.h"
+
+#include "controller/controllersimulator.h"
+#include "kelplugin/controllerbackend.h"
+#include "kelplugin/qflog.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QCommandLineParser>
+#include <QDialog>
+#include <QDoubleSpinBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMap>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+#include <cstdio>
+
+using kelcontroller::ControllerSimulator;
+
+namespace {
+
+const QString kPluginKey = QStringLiteral("kellaserweld");
+
+struct Figures
+{
+    qint64 actions = 0;
+    qint64 commands = 0;
+    qint64 accepted = 0;
+    qint64 refused = 0;
+    qint64 savesChecked = 0;
+    qint64 faults = 0;
+    qint64 disconnects = 0;
+    qint64 dialogsClosed = 0;
+    QMap<QString, int> byCommand;
+    QStringList findings;
+};
+
+// Everything the controller keeps: the records and the persisted work mode.
+struct Snapshot
+{
+    QHash<QString, QJsonObject> records;
+    bool virtualWelding = false;
+
+    static Snapshot of(const ControllerSimulator &controller)
+    {
+        Snapshot s;
+        for (const QString &key : ControllerSimulator::recordKeys())
+            s.records.insert(key, controller.record(key));
+        s.virtualWelding = controller.isVirtualWelding();
+        return s;
+    }
+    bool operator==(const Snapshot &o) const
+    {
+        return records == o.records && virtualWelding == o.virtualWelding;
+    }
+};
+
+// The record a command stores into, and the members of the payload it must then hold.
+QString recordOf(const QString &command)
+{
+    if (command == QLatin1String("set_weld_io_config"))
+        return QStringLiteral("weld_io_config");
+    if (command == QLatin1String("set_weld_setting_config"))
+        return QStringLiteral("weld_setting_config");
+    if (command.startsWith(QLatin1String("set_weld_curve_")))
+        return QStringLiteral("weld_curve_config");
+    if (command == QLatin1String("set_weld_param_list_config"))
+        return QStringLiteral("weld_param_config");
+    if (command == QLatin1String("set_weld_param_match_config"))
+        return QStringLiteral("weld_param_match");
+    return QString();
+}
+
+// Watches the controller's traffic and checks each command against its answer.
+class Tracker : public QObject
+{
+public:
+    Tracker(ControllerSimulator *controller, Figures *figures)
+        : m_controller(controller), m_figures(figures), m_before(Snapshot::of(*controller))
+    {
+        connect(controller, &ControllerSimulator::commandHandled, this, &Tracker::onCommand);
+    }
+
+private:
+    void onCommand(const QString &command, const QJsonValue &payload, const QJsonArray &reply)
+    {
+        ++m_figures->commands;
+        ++m_figures->byCommand[command];
+        const Snapshot now = Snapshot::of(*m_controller);
+        const QJsonValue code = reply.size() == 1 ? reply.at(0)
+                                                        .toObject()
+                                                        .value(kPluginKey)
+                                                        .toObject()
+                                                        .value(command)
+                                                        .toObject()
+                                                        .value(QStringLiteral("return"))
+                                                  : QJsonValue(QJsonValue::Undefined);
+        const bool accepted = code == QJsonValue(0) || code == QJsonValue(true);
+        const bool refused = !accepted && (code.isDouble() || code.isBool());
+        if (accepted)
+            ++m_figures->accepted;
+        if (refused)
+            ++m_figures->refused;
+
+        if (refused && !(now == m_before))
+            finding(QStringLiteral("refused %1 changed the controller's records").arg(command));
+        const QString record = recordOf(command);
+        if (record.isEmpty() && command != QLatin1String("set_weld_enable")
+            && command != QLatin1String("set_virtual_welding")
+            && !(now.records == m_before.records))
+            finding(QStringLiteral("%1 changed a record").arg(command));
+        if (accepted && !record.isEmpty())
+            checkStored(command, record, payload.toObject(), now.records.value(record));
+        if (accepted && command == QLatin1String("set_virtual_welding")
+            && now.virtualWelding != payload.toBool())
+            finding(QStringLiteral("accepted work mode not kept"));
+        m_before = now;
+    }
+
+    void checkStored(const QString &command, const QString &record, const QJsonObject &payload,
+        const QJsonObject &stored)
+    {
+        ++m_figures->savesChecked;
+        // Whole-record saves keep exactly their own keys; the others merge members.
+        const bool whole = record == QLatin1String("weld_io_config")
+            || record == QLatin1String("weld_setting_config");
+        const QStringList keys = whole ? stored.keys() : payload.keys();
+        for (const QString &key : keys) {
+            if (key == QLatin1String("laser_main_enable"))
+                continue; // the controller's own welding state, whatever was sent
+            if (stored.value(key) != payload.value(key))
+                finding(QStringLiteral("accepted %1 did not store %2").arg(command, key));
+        }
+    }
+
+    void finding(const QString &text)
+    {
+        std::fprintf(stderr, "kel_soak: FINDING after %lld actions: %s\n",
+            static_cast<long long>(m_figures->actions), qPrintable(text));
+        m_figures->findings.append(text);
+    }
+
+    ControllerSimulator *m_controller;
+    Figures *m_figures;
+    Snapshot m_before;
+};
+
+// Random operator actions on what the pendant shows.
+class Operator
+{
+public:
+    Operator(PendantWindow *window, ControllerSimulator *controller, quint32 seed, Figures *figures)
+        : m_window(window), m_controller(controller), m_random(seed), m_figures(figures)
+    { }
+
+    void act()
+    {
+        ++m_figures->actions;
+        const int dice = int(m_random.bounded(100));
+        // A dropped link comes back after a few actions, as a real one would.
+        if (!m_controller->isConnected() && m_random.bounded(4) == 0)
+            click(QStringLiteral("controllerConnected"), true);
+        if (dice < 18)
+            pressKey();
+        else if (dice < 48)
+            useWidget();
+        else if (dice < 66)
+            pageAction();
+        else if (dice < 73)
+            switchTab();
+        else if (dice < 81)
+            setUserLevel();
+        else if (dice < 85)
+            togglePower();
+        else if (dice < 88)
+            toggleConnection();
+        else
+            injectFault();
+        QCoreApplication::processEvents();
+    }
+
+    void releaseHeldKey()
+    {
+        if (m_heldKey) {
+            QTest::mouseRelease(m_heldKey, Qt::LeftButton);
+            m_heldKey = nullptr;
+        }
+    }
+
+    void restoreCell()
+    {
+        releaseHeldKey();
+        click(QStringLiteral("controllerConnected"), true);
+    }
+
+private:
+    template<typename T> T *pick(const QList<T *> &list)
+    {
+        return list.isEmpty() ? nullptr : list.at(int(m_random.bounded(quint32(list.size()))));
+    }
+
+    template<typename T> QList<T *> usable(QWidget *root) const
+    {
+        QList<T *> result;
+        const QList<T *> all = root->findChildren<T *>();
+        for (T *w : all) {
+            if (w->isVisible() && w->isEnabled())
+                result.append(w);
+        }
+        return result;
+    }
+
+    void pressKey()
+    {
+        // A held key is released first: the pendant has one finger on its keys.
+        if (m_heldKey) {
+            releaseHeldKey();
+            return;
+        }
+        QList<QToolButton *> keys = m_window->firstKeys()->findChildren<QToolButton *>();
+        keys += m_window->secondKeys()->findChildren<QToolButton *>();
+        QToolButton *key = pick(keys);
+        if (!key)
+            return;
+        QTest::mousePress(key, Qt::LeftButton);
+        if (m_random.bounded(2))
+            QTest::mouseRelease(key, Qt::LeftButton);
+        else
+            m_heldKey = key;
+    }
+
+    QString randomText()
+    {
+        static const QStringList texts {QString(), QStringLiteral("0"), QStringLiteral("-1"),
+            QStringLiteral("99999999999"), QStringLiteral("LsData3"), QStringLiteral("DO1"),
+            QStringLiteral("LaserOn(\"LsData1\");"), QStringLiteral("((("), QStringLiteral("nan"),
+            QString(300, QLatin1Char('x'))};
+        return texts.at(int(m_random.bounded(quint32(texts.size()))));
+    }
+
+    void useWidget()
+    {
+        QWidget *page = m_window->centreTabs()->currentWidget();
+        if (!page)
+            return;
+        switch (m_random.bounded(6)) {
+        case 0:
+        case 1:
+            if (QAbstractButton *b = pick(usable<QAbstractButton>(page)))
+                b->click();
+            break;
+        case 2:
+            if (QComboBox *c = pick(usable<QComboBox>(page))) {
+                if (c->count() > 0)
+                    c->setCurrentIndex(int(m_random.bounded(quint32(c->count()))));
+            }
+            break;
+        case 3:
+            if (QSpinBox *s = pick(usable<QSpinBox>(page))) {
+                const int values[] = {s->minimum(), s->maximum(), s->value() + 1, s->value() - 1,
+                    int(m_random.bounded(10000))};
+                s->setValue(values[m_random.bounded(5)]);
+            } else if (QDoubleSpinBox *d = pick(usable<QDoubleSpinBox>(page))) {
+                d->setValue(m_random.bounded(d->maximum() - d->minimum()) + d->minimum());
+            }
+            break;
+        case 4:
+            if (QLineEdit *e = pick(usable<QLineEdit>(page))) {
+                if (!e->isReadOnly()) {
+                    e->setText(randomText());
+                    emit e->editingFinished();
+                }
+            }
+            break;
+        case 5:
+            if (QTableWidget *t = pick(usable<QTableWidget>(page))) {
+                if (t->rowCount() > 0 && t->columnCount() > 0)
+                    t->setCurrentCell(int(m_random.bounded(quint32(t->rowCount()))),
+                        int(m_random.bounded(quint32(t->columnCount()))));
+            } else if (QListWidget *l = pick(usable<QListWidget>(page))) {
+                if (l->count() > 0)
+                    l->setCurrentRow(int(m_random.bounded(quint32(l->count()))));
+            }
+            break;
+        }
+    }
+
+    // What an operator mostly comes for: Save, Cancel, Compute, the main switch and the
+    // section switches, clicked with the mouse (switches are no QAbstractButton).
+    void pageAction()
+    {
+        QWidget *page = m_window->centreTabs()->currentWidget();
+        if (!page)
+            return;
+        static const QRegularExpression commands(
+            QStringLiteral("^pushButton_(save|cancel|compute|main_enable)"),
+            QRegularExpression::CaseInsensitiveOption);
+        QList<QWidget *> buttons;
+        QList<QWidget *> switches;
+        const QList<QWidget *> widgets = usable<QWidget>(page);
+        for (QWidget *w : widgets) {
+            if (commands.match(w->objectName()).hasMatch())
+                buttons.append(w);
+            else if (w->objectName().startsWith(QLatin1String("pushButton_")))
+                switches.append(w);
+        }
+        // A list of sets: open one first, as an operator must before Save shows.
+        auto *detailed = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_detailed"));
+        if (detailed && detailed->isVisible() && detailed->isEnabled() && m_random.bounded(2)) {
+            if (auto *tabs = page->findChild<QTabWidget *>())
+                tabs->setCurrentIndex(int(m_random.bounded(quint32(qMax(1, tabs->count())))));
+            const QList<QTableWidget *> tables = usable<QTableWidget>(page);
+            if (QTableWidget *table = pick(tables)) {
+                if (table->rowCount() > 0)
+                    table->selectRow(int(m_random.bounded(quint32(table->rowCount()))));
+            }
+            detailed->click();
+            return;
+        }
+        if (QWidget *action = pick(m_random.bounded(2) ? buttons : switches))
+            QTest::mouseClick(action, Qt::LeftButton);
+    }
+
+    void switchTab()
+    {
+        // The plug-in's tab most of the time, the program editor now and then.
+        QTabWidget *tabs = m_window->centreTabs();
+        if (tabs->count() > 0)
+            tabs->setCurrentIndex(m_random.bounded(4) ? 0 : tabs->count() - 1);
+        // Then, as often, one of the plug-in's pages through its navigation.
+        if (tabs->currentIndex() == 0) {
+            QWidget *nav = tabs->currentWidget()->findChild<QWidget *>(QStringLiteral("wgtNav"));
+            if (QToolButton *button = nav ? pick(nav->findChildren<QToolButton *>()) : nullptr)
+                button->click();
+        }
+    }
+
+    void setUserLevel()
+    {
+        // Mostly an operator who may act, sometimes one who may not.
+        auto *level = m_window->findChild<QSpinBox *>(QStringLiteral("userLevel"));
+        if (level)
+            level->setValue(m_random.bounded(3) ? 3 : int(m_random.bounded(3)));
+    }
+
+    void togglePower()
+    {
+        auto *power = m_window->findChild<QAbstractButton *>(QStringLiteral("robotPowered"));
+        // Powered most of the time would refuse most work-mode and welding changes.
+        if (power)
+            click(QStringLiteral("robotPowered"), m_random.bounded(4) == 0);
+    }
+
+    void toggleConnection()
+    {
+        const bool connected = m_controller->isConnected();
+        if (connected)
+            ++m_figures->disconnects;
+        click(QStringLiteral("controllerConnected"), !connected);
+    }
+
+    void injectFault()
+    {
+        ++m_figures->faults;
+        switch (m_random.bounded(3)) {
+        case 0:
+            // Code 0 would make a refusal look accepted, so only failures are injected.
+            m_controller->injectReturnCode(1 + int(m_random.bounded(5)));
+            break;
+        case 1:
+            clickButton(QStringLiteral("emptyNext"));
+            break;
+        default:
+            clickButton(QStringLiteral("malformedNext"));
+            break;
+        }
+    }
+
+    void click(const QString &checkBox, bool checked)
+    {
+        auto *box = m_window->findChild<QAbstractButton *>(checkBox);
+        if (box && box->isChecked() != checked)
+            box->click();
+    }
+
+    void clickButton(const QString &name)
+    {
+        if (auto *button = m_window->findChild<QAbstractButton *>(name))
+            button->click();
+    }
+
+    PendantWindow *m_window;
+    ControllerSimulator *m_controller;
+    QRandomGenerator m_random;
+    Figures *m_figures;
+    QToolButton *m_heldKey = nullptr;
+};
+
+bool checkDataFile(const ControllerSimulator &controller, const QString &dataDir, Figures *figures)
+{
+    QFile file(controller.dataFilePath());
+    if (file.exists()) {
+        if (!file.open(QIODevice::ReadOnly)
+            || !QJsonDocument::fromJson(file.readAll()).isObject()) {
+            figures->findings.append(QStringLiteral("the data file is not a JSON object"));
+            return false;
+        }
+    }
+    // What a restarted controller reads must be what the running one holds.
+    ControllerSimulator restarted(dataDir);
+    if (!restarted.lastError().isEmpty())
+        figures->findings.append(QStringLiteral("restart: ") + restarted.lastError());
+    int lost = 0;
+    for (const QString &key : ControllerSimulator::recordKeys()) {
+        QJsonObject before = controller.record(key);
+        QJsonObject after = restarted.record(key);
+        // Welding is never enabled after a restart, so the settings' switch reads false then.
+        const QString welding = QStringLiteral("laser_main_enable");
+        if (after.value(welding).toBool())
+            figures->findings.append(QStringLiteral("welding enabled after a restart"));
+        before.remove(welding);
+        after.remove(welding);
+        if (after != before) {
+            ++lost;
+            figures->findings.append(QStringLiteral("record %1 differs after a restart").arg(key));
+        }
+    }
+    if (restarted.isVirtualWelding() != controller.isVirtualWelding())
+        figures->findings.append(QStringLiteral("work mode differs after a restart"));
+    std::printf("kel_soak: records lost: %d\n", lost);
+    return lost == 0;
+}
+
+// Thousands of actions make the plug-in's console lines and Qt's offscreen notes a flood;
+// only real errors are worth printing.
+void keepErrors(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    qInstallMessageHandler(keepErrors);
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption minutesOption(QStringLiteral("minutes"),
+        QStringLiteral("Run for this many minutes."), QStringLiteral("minutes"));
+    const QCommandLineOption actionsOption(QStringLiteral("actions"),
+        QStringLiteral("Run this many actions (default 5000)."), QStringLiteral("count"));
+    const QCommandLineOption seedOption(
+        QStringLiteral("seed"), QStringLiteral("Random seed."), QStringLiteral("seed"));
+    const QCommandLineOption pluginsOption(QStringLiteral("plugins"),
+        QStringLiteral("Plug-in folder."), QStringLiteral("dir"),
+        qEnvironmentVariable("KEL_PLUGIN_DIR"));
+    parser.addOptions({minutesOption, actionsOption, seedOption, pluginsOption});
+    parser.process(app);
+
+    const quint32 seed = parser.isSet(seedOption) ? parser.value(seedOption).toUInt()
+                                                  : QRandomGenerator::system()->generate();
+    const qint64 minutes = parser.value(minutesOption).toLongLong();
+    const qint64 maxActions = parser.isSet(actionsOption)
+        ? parser.value(actionsOption).toLongLong()
+        : (minutes > 0 ? std::numeric_limits<qint64>::max() : 5000);
+    std::printf("kel_soak: seed %u (repeat with --seed %u)\n", seed, seed);
+    std::fflush(stdout);
+
+    // The plug-in's log file goes to a scratch folder, like the data file.
+    QTemporaryDir scratch;
+    QDir::setCurrent(scratch.path());
+    const QString dataDir = scratch.filePath(QStringLiteral("data"));
+
+    Figures figures;
+    int status = 0;
+    {
+        ControllerSimulator controller(dataDir);
+        kelplugin::setControllerBackend(&controller);
+        PendantWindow window(&controller);
+        window.resize(1366, 900);
+        window.show();
+        PluginHost host;
+        QObject::connect(&host, &PluginHost::problem, &host,
+            [&figures](const QString &text) { figures.findings.append(text); });
+        host.loadFolder(parser.value(pluginsOption));
+        if (host.loadedKeys() != QStringList {kPluginKey}) {
+            std::fprintf(stderr, "kel_soak: the plug-in was not loaded from %s\n",
+                qPrintable(parser.value(pluginsOption)));
+            return 2;
+        }
+        // The integrator has wired every curve's output, so the curve tabs can be used too.
+        QJsonObject io = controller.record(QStringLiteral("weld_io_config"));
+        for (const char *key :
+            {"power_enabled", "wire_speed_enabled", "frequency_enabled", "duty_cycle_enabled"})
+            io.insert(QLatin1String(key), true);
+        controller.commandCustomData(
+            nullptr, kPluginKey, QJsonObject {{QStringLiteral("set_weld_io_config"), io}});
+        host.startAll();
+        auto *editor = new ProgramEditor;
+        editor->reloadCatalogue();
+        window.addPendantPage(editor, QStringLiteral("Program"));
+
+        // Whatever opens a modal dialog gets it dismissed on the next event-loop turn.
+        QTimer dismisser;
+        dismisser.setInterval(1);
+        QObject::connect(&dismisser, &QTimer::timeout, &dismisser, [&figures] {
+            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                ++figures.dialogsClosed;
+                if (qEnvironmentVariableIsSet("KEL_SOAK_VERBOSE"))
+                    std::printf("kel_soak: dismissing %s\n", dialog->metaObject()->className());
+                dialog->reject();
+            }
+        });
+        dismisser.start();
+
+        Tracker tracker(&controller, &figures);
+        Operator op(&window, &controller, seed, &figures);
+        QElapsedTimer clock;
+        clock.start();
+        while (figures.actions < maxActions
+            && (minutes <= 0 || clock.elapsed() < minutes * 60 * 1000)) {
+            op.act();
+            if (figures.actions % 1000 == 0) {
+                std::printf("kel_soak: %lld actions, %lld commands\n",
+                    static_cast<long long>(figures.actions),
+                    static_cast<long long>(figures.commands));
+                std::fflush(stdout);
+            }
+        }
+        op.restoreCell();
+        QCoreApplication::processEvents();
+        host.shutdown();
+        if (!checkDataFile(controller, dataDir, &figures))
+            status = 1;
+        kelplugin::setControllerBackend(nullptr);
+    }
+    kelplugin::QFLog::closeAll();
+
+    std::printf("kel_soak: %lld actions, %lld commands (%lld accepted, %lld refused), "
+                "%lld saves checked, %lld faults injected, %lld disconnects, %lld dialogs "
+                "dismissed, %d findings\n",
+        static_cast<long long>(figures.actions), static_cast<long long>(figures.commands),
+        static_cast<long long>(figures.accepted), static_cast<long long>(figures.refused),
+        static_cast<long long>(figures.savesChecked), static_cast<long long>(figures.faults),
+        static_cast<long long>(figures.disconnects), static_cast<long long>(figures.dialogsClosed),
+        int(figures.findings.size()));
+    for (auto it = figures.byCommand.constBegin(); it != figures.byCommand.constEnd(); ++it)
+        std::printf("kel_soak:   %6d %s\n", it.value(), qPrintable(it.key()));
+    for (const QString &finding : qAsConst(figures.findings))
+        std::printf("kel_soak: finding: %s\n", qPrintable(finding));
+    return figures.findings.isEmpty() ? status : 1;
+}

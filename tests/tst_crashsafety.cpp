@@ -1,0 +1,148 @@
+#include "controller/controllersimulator.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+namespace {
+
+const QStringList kTopKeys {QStringLiteral("weld_io_config"), QStringLiteral("weld_setting_config"),
+    QStringLiteral("weld_curve_config"), QStringLiteral("weld_param_config"),
+    QStringLiteral("weld_param_match"), QStringLiteral("laser_weld_data"),
+    QStringLiteral("points")};
+
+// The one generation every set in the file carries, or an explanation of why there is none.
+int fileGeneration(const QString &path, QString *why)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *why = QStringLiteral("data file missing");
+        return -1;
+    }
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(file.readAll(), &error);
+    if (error.error != QJsonParseError::NoError || !doc.isObject()) {
+        *why = QStringLiteral("not a JSON object: ") + error.errorString();
+        return -1;
+    }
+    const QJsonObject root = doc.object();
+    for (const QString &key : kTopKeys) {
+        if (!root.contains(key)) {
+            *why = QStringLiteral("missing ") + key;
+            return -1;
+        }
+    }
+    const QJsonObject sets = root.value(QStringLiteral("weld_param_config")).toObject();
+    int generation = -1;
+    for (int n = 1; n <= 30; ++n) {
+        const QJsonObject set = sets.value(QStringLiteral("LsData%1").arg(n)).toObject();
+        const int g = set.value(QStringLiteral("generation")).toInt(-1);
+        const QString filler = set.value(QStringLiteral("filler")).toString();
+        if (g < 0 || filler.size() != 100 + (g * 37) % 900) {
+            *why = QStringLiteral("LsData%1 incomplete").arg(n);
+            return -1;
+        }
+        if (generation >= 0 && g != generation) {
+            *why = QStringLiteral("sets of generations %1 and %2 mixed").arg(generation).arg(g);
+            return -1;
+        }
+        generation = g;
+    }
+    return generation;
+}
+
+QStringList outputLines(QProcess &child)
+{
+    return QString::fromLatin1(child.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class TestCrashSafety : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void killedWriterLeavesOldOrNewFile_data();
+    void killedWriterLeavesOldOrNewFile();
+};
+
+void TestCrashSafety::killedWriterLeavesOldOrNewFile_data()
+{
+    QTest::addColumn<int>("minDelayUs");
+    QTest::addColumn<int>("maxDelayUs");
+    QTest::addColumn<int>("kills");
+
+    // One write of the whole file takes about a millisecond; the bands put the kill before
+    // the first write, inside single writes, and after runs of writes.
+    QTest::newRow("right after start") << 0 << 200 << 8;
+    QTest::newRow("within the first writes") << 200 << 3000 << 16;
+    QTest::newRow("after many writes") << 3000 << 40000 << 12;
+}
+
+void TestCrashSafety::killedWriterLeavesOldOrNewFile()
+{
+    QFETCH(int, minDelayUs);
+    QFETCH(int, maxDelayUs);
+    QFETCH(int, kills);
+
+    const QString childPath = QCoreApplication::applicationDirPath() + "/kel_savechild";
+    QVERIFY2(QFile::exists(childPath), qPrintable(childPath));
+    QTemporaryDir dataDir;
+    QVERIFY(dataDir.isValid());
+    const QString dataFile = QDir(dataDir.path()).filePath("kelcontroller.json");
+    // A fixed seed per row keeps a failure repeatable.
+    QRandomGenerator random(quint32(minDelayUs * 7919 + maxDelayUs));
+
+    int lastAccepted = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        QProcess child;
+        child.setProcessChannelMode(QProcess::SeparateChannels);
+        child.start(childPath, {dataDir.path()});
+        QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
+        QVERIFY(child.waitForReadyRead(20000));
+        const QString start = QString::fromLatin1(child.readLine()).trimmed();
+        // The restarted controller reads back what was on disk, without a repair.
+        QCOMPARE(start, QStringLiteral("start %1").arg(kill == 0 ? 0 : lastAccepted));
+
+        const int delay = minDelayUs + int(random.bounded(quint32(maxDelayUs - minDelayUs)));
+        QThread::usleep(ulong(delay));
+        // QProcess::kill sends SIGKILL: no handler, no flush, no clean-up.
+        child.kill();
+        QVERIFY(child.waitForFinished(20000));
+        QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+
+        const QStringList lines = outputLines(child);
+        const int reported = lines.isEmpty() ? lastAccepted : lines.constLast().toInt();
+        const QByteArray stderrText = child.readAllStandardError();
+        QVERIFY2(stderrText.isEmpty(), stderrText.constData());
+
+        QString why;
+        const int generation = fileGeneration(dataFile, &why);
+        if (generation < 0 && reported == 0 && !QFile::exists(dataFile))
+            continue; // killed before the first write: no file yet is the old state
+        QVERIFY2(generation >= 0,
+            qPrintable(QStringLiteral("kill %1 after %2 us: %3").arg(kill).arg(delay).arg(why)));
+        // Either the last write the child saw accepted, or the one it was inside of.
+        QVERIFY2(generation == reported || generation == reported + 1,
+            qPrintable(
+                QStringLiteral("file holds %1, child reported %2").arg(generation).arg(reported)));
+        lastAccepted = generation;
+    }
+
+    const QStringList corrupt = QDir(dataDir.path()).entryList({"*.corrupt-*"}, QDir::Files);
+    QVERIFY2(corrupt.isEmpty(), qPrintable(corrupt.join(' ')));
+    kelcontroller::ControllerSimulator reopened(dataDir.path());
+    QVERIFY2(reopened.lastError().isEmpty(), qPrintable(reopened.lastError()));
+}
+
+QTEST_GUILESS_MAIN(TestCrashSafety)
+#include "tst_crashsafety.moc"
