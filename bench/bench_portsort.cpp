@@ -1,10 +1,10 @@
 #include "benchmain.h"
 
 #include "page/portcatalogue.h"
+#include "support/straightforwardportorder.h"
 
 #include <QCollator>
 #include <QRandomGenerator>
-#include <QRegExp>
 #include <QVariant>
 
 #include <algorithm>
@@ -33,40 +33,6 @@ QStringList portNames(int count)
         }
     }
     return names;
-}
-
-// The ordering written straight down: tokenise both names inside every comparison.
-QVariantList tokens(const QString &name)
-{
-    QVariantList list;
-    QRegExp rx(QStringLiteral("([A-Za-z]+|\\d+)"));
-    int pos = 0;
-    while ((pos = rx.indexIn(name, pos)) != -1) {
-        const QString text = rx.cap(1);
-        bool ok = false;
-        const int number = text.toInt(&ok, 10);
-        list.append(ok ? QVariant(number) : QVariant(text));
-        pos += rx.matchedLength();
-    }
-    return list;
-}
-
-bool straightforwardLess(const QString &a, const QString &b)
-{
-    const QVariantList ta = tokens(a);
-    const QVariantList tb = tokens(b);
-    for (int i = 0; i < qMin(ta.size(), tb.size()); ++i) {
-        if (ta[i].type() == QVariant::Int && tb[i].type() == QVariant::Int) {
-            if (ta[i].toInt() != tb[i].toInt())
-                return ta[i].toInt() < tb[i].toInt();
-            continue;
-        }
-        const QString sa = ta[i].toString();
-        const QString sb = tb[i].toString();
-        if (sa != sb)
-            return sa < sb;
-    }
-    return ta.size() < tb.size();
 }
 
 void sortWith(benchmark::State &state, int count, std::function<void(QStringList &)> sort)
@@ -102,7 +68,7 @@ void registerBenchmarks()
         kelbench::add(kelbench::name("portsort", "ref_tokenise", count),
             [count](benchmark::State &s) {
                 sortWith(s, count, [](QStringList &names) {
-                    std::sort(names.begin(), names.end(), straightforwardLess);
+                    std::sort(names.begin(), names.end(), straightforward::portLess);
                 });
             })
             ->Unit(benchmark::kMicrosecond);

@@ -1,47 +1,14 @@
 #include "page/portcatalogue.h"
 #include "support/scriptedcontroller.h"
+#include "support/straightforwardportorder.h"
 
 #include <QRandomGenerator>
-#include <QRegExp>
 #include <QTest>
 #include <QVariant>
 
 #include <functional>
 
 namespace {
-
-// The ordering as written out for the controller's port names, tokenising inside every
-// comparison; the catalogue must agree with it on every pair.
-bool referenceLess(const QString &a, const QString &b)
-{
-    const auto tokens = [](const QString &name) {
-        QVariantList list;
-        QRegExp rx(QStringLiteral("([A-Za-z]+|\\d+)"));
-        int pos = 0;
-        while ((pos = rx.indexIn(name, pos)) != -1) {
-            const QString text = rx.cap(1);
-            bool ok = false;
-            const int number = text.toInt(&ok, 10);
-            list.append(ok ? QVariant(number) : QVariant(text));
-            pos += rx.matchedLength();
-        }
-        return list;
-    };
-    const QVariantList ta = tokens(a);
-    const QVariantList tb = tokens(b);
-    for (int i = 0; i < qMin(ta.size(), tb.size()); ++i) {
-        if (ta[i].type() == QVariant::Int && tb[i].type() == QVariant::Int) {
-            if (ta[i].toInt() != tb[i].toInt())
-                return ta[i].toInt() < tb[i].toInt();
-            continue;
-        }
-        const QString sa = ta[i].toString();
-        const QString sb = tb[i].toString();
-        if (sa != sb)
-            return sa < sb;
-    }
-    return ta.size() < tb.size();
-}
 
 QString randomName(QRandomGenerator &random, bool withOverlongRuns)
 {
@@ -158,9 +125,9 @@ void TestPortCatalogue::agreesWithTheWrittenOrderingOnRandomNames()
     for (int i = 0; i + 1 < names.size(); ++i) {
         const QString &a = names[i];
         const QString &b = names[i + 1];
-        QVERIFY2(PortCatalogue::lessThan(a, b) == referenceLess(a, b),
+        QVERIFY2(PortCatalogue::lessThan(a, b) == straightforward::portLess(a, b),
             qPrintable(a + QStringLiteral(" | ") + b));
-        QVERIFY2(PortCatalogue::lessThan(b, a) == referenceLess(b, a),
+        QVERIFY2(PortCatalogue::lessThan(b, a) == straightforward::portLess(b, a),
             qPrintable(b + QStringLiteral(" | ") + a));
     }
 
@@ -170,7 +137,7 @@ void TestPortCatalogue::agreesWithTheWrittenOrderingOnRandomNames()
         consistent.append(randomName(random, false));
     const QStringList sorted = PortCatalogue::sorted(consistent);
     for (int i = 0; i + 1 < sorted.size(); ++i)
-        QVERIFY2(!referenceLess(sorted[i + 1], sorted[i]), qPrintable(sorted[i]));
+        QVERIFY2(!straightforward::portLess(sorted[i + 1], sorted[i]), qPrintable(sorted[i]));
     QStringList a = sorted;
     QStringList b = consistent;
     std::sort(a.begin(), a.end());
