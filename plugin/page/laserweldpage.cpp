@@ -126,10 +126,8 @@ void LaserWeldPage::addNavigation(
         button, &QToolButton::clicked, this, [this, button, title] { selectPage(button, title); });
     if (QFile::exists(icon))
         button->setIcon(navigationIcon(icon));
-    // Readable at arm's length on the pendant (the icons are drawn at 48 px); the caption
-    // under the larger icon needs more than the 42 px floor.
-    button->setIconSize(QSize(32, 32));
-    button->setMinimumHeight(64);
+    // As large as the 42 px button leaves room for above its caption.
+    button->setIconSize(QSize(20, 20));
     button->setSizePolicy(QSizePolicy::Expanding, button->sizePolicy().verticalPolicy());
     button->setStyleSheet(QStringLiteral(
         "QToolButton {height: 30px;padding: 0px 6px;background-color: rgb(235, 235, 235);"
