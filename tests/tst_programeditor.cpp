@@ -140,6 +140,10 @@ void TestProgramEditor::skeletonFormText_data()
         << QString::fromUtf8("Note\xF0\x9D\x9D\x9D($t:#spn#0,9#true$);")
         << QString::fromUtf8("Note\xF0\x9D\x9D\x9D(5);") << true
         << QString::fromUtf8("Note\xF0\x9D\x9D\x9D(5);");
+    // A next-line character (U+0085) is a blank to QChar but was not one to the pattern.
+    QTest::newRow("unicode blank in the literal")
+        << QString::fromUtf8(",)\xC2\x85\xC2\x85;") << QString::fromUtf8(",)\xC2\x85\xC2\x85;")
+        << true << QString::fromUtf8(",)\xC2\x85\xC2\x85;");
     QTest::newRow("non-numeric bounds") << "f($n:#spn#low,high#true$);"
                                         << "f(-2147483648);" << true << "f(-2147483648);";
 }

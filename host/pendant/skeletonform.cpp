@@ -160,7 +160,9 @@ bool SkeletonForm::setText(const QString &line)
     const QString blanks = QStringLiteral("\\s*+");
     while (pattern.contains(blanks + blanks))
         pattern.replace(blanks + blanks, blanks);
-    const QRegularExpressionMatch match = QRegularExpression(pattern).match(line);
+    // Unicode properties make \s and \S agree with QChar::isSpace, which split the literal text.
+    const QRegularExpressionMatch match
+        = QRegularExpression(pattern, QRegularExpression::UseUnicodePropertiesOption).match(line);
     if (!match.hasMatch())
         return false;
 
