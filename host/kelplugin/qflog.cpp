@@ -23,6 +23,16 @@ struct LogFiles
 
     QFile *open(const QString &path)
     {
+        // Callers pass the same path string line after line: equal data compares at once.
+        if (!lastPath.isNull() && path == lastPath)
+            return lastFile;
+        lastPath = path;
+        lastFile = find(path);
+        return lastFile;
+    }
+
+    QFile *find(const QString &path)
+    {
         auto it = files.constFind(path);
         if (it != files.constEnd())
             return it.value();
@@ -43,7 +53,12 @@ struct LogFiles
     {
         qDeleteAll(files);
         files.clear();
+        lastPath = QString();
+        lastFile = nullptr;
     }
+
+    QString lastPath;
+    QFile *lastFile = nullptr;
 };
 
 LogFiles &logFiles()

@@ -12,7 +12,7 @@ namespace {
 // Top-level pieces of a parameter text: commas inside parentheses stay in their piece, an
 // unbalanced ")" never drives the depth below zero, and empty pieces are dropped. Quotes get
 // no special treatment.
-QStringList splitTopLevel(const QString &text)
+QStringList splitTopLevel(const QStringRef &text)
 {
     QStringList pieces;
     int depth = 0;
@@ -26,13 +26,13 @@ QStringList splitTopLevel(const QString &text)
             if (depth > 0)
                 --depth;
         } else if (c == QLatin1Char(',') && depth == 0) {
-            const QString piece = text.mid(start, i - start).trimmed();
+            const QString piece = text.mid(start, i - start).trimmed().toString();
             if (!piece.isEmpty())
                 pieces.append(piece);
             start = i + 1;
         }
     }
-    const QString rest = text.mid(start).trimmed();
+    const QString rest = text.mid(start).trimmed().toString();
     if (!rest.isEmpty())
         pieces.append(rest);
     return pieces;
@@ -60,8 +60,8 @@ bool extractFunctionAndParameters(
         return false;
     }
 
-    functionName = match.captured(1).trimmed();
-    const QString parameterText = match.captured(2).trimmed();
+    functionName = match.capturedRef(1).trimmed().toString();
+    const QStringRef parameterText = match.capturedRef(2).trimmed();
     if (parameterText.isEmpty()) {
         logError() << "LASER::"
                    << "kellaser::util::extractFunctionAndParameters"
