@@ -30,6 +30,19 @@ QString randomName(QRandomGenerator &random, bool withOverlongRuns)
     return name;
 }
 
+// Sorted is ordered by the written ordering and holds exactly the names.
+void verifyOrderedPermutation(const QStringList &names, const QStringList &sorted)
+{
+    for (int i = 0; i + 1 < sorted.size(); ++i)
+        QVERIFY2(!straightforward::portLess(sorted[i + 1], sorted[i]),
+            qPrintable(sorted[i] + QStringLiteral(" | ") + sorted[i + 1]));
+    QStringList a = sorted;
+    QStringList b = names;
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    QCOMPARE(a, b);
+}
+
 } // namespace
 
 class TestPortCatalogue : public QObject
@@ -43,6 +56,8 @@ private slots:
     void sortedOrder();
     void agreesWithTheWrittenOrderingOnRandomNames_data();
     void agreesWithTheWrittenOrderingOnRandomNames();
+    void largeListsAreInOrder_data();
+    void largeListsAreInOrder();
     void inconsistentNamesStillYieldAPermutation();
     void eachTypeAsksTheHostAgain_data();
     void eachTypeAsksTheHostAgain();
@@ -135,14 +150,37 @@ void TestPortCatalogue::agreesWithTheWrittenOrderingOnRandomNames()
     QStringList consistent;
     for (int i = 0; i < 2000; ++i)
         consistent.append(randomName(random, false));
-    const QStringList sorted = PortCatalogue::sorted(consistent);
-    for (int i = 0; i + 1 < sorted.size(); ++i)
-        QVERIFY2(!straightforward::portLess(sorted[i + 1], sorted[i]), qPrintable(sorted[i]));
-    QStringList a = sorted;
-    QStringList b = consistent;
-    std::sort(a.begin(), a.end());
-    std::sort(b.begin(), b.end());
-    QCOMPARE(a, b);
+    verifyOrderedPermutation(consistent, PortCatalogue::sorted(consistent));
+}
+
+void TestPortCatalogue::largeListsAreInOrder_data()
+{
+    // Long lists are sorted on a key of the first four runs, with five letters of each; the
+    // pieces make names that differ only beyond that, and names equal up to it. Digit runs end
+    // at an underscore so that none outgrows an int, which would take the merging sort.
+    QTest::addColumn<int>("count");
+    QTest::newRow("just short of the key sort") << 255;
+    QTest::newRow("first size sorted on keys") << 256;
+    QTest::newRow("a large cell") << 6000;
+}
+
+void TestPortCatalogue::largeListsAreInOrder()
+{
+    QFETCH(int, count);
+    static const QString pieces[] = {QStringLiteral("DO"), QStringLiteral("Laser"),
+        QStringLiteral("LaserA"), QStringLiteral("LaserB"), QStringLiteral("Laserweld"),
+        QStringLiteral("z"), QStringLiteral("_"), QStringLiteral("0_"), QStringLiteral("1_"),
+        QStringLiteral("2147483647_"), QStringLiteral("65535_"), QStringLiteral("65536_")};
+    QRandomGenerator random {quint32(count)};
+    QStringList names;
+    for (int i = 0; i < count; ++i) {
+        QString name;
+        const int length = int(random.bounded(9));
+        for (int k = 0; k < length; ++k)
+            name += pieces[random.bounded(int(std::size(pieces)))];
+        names.append(name);
+    }
+    verifyOrderedPermutation(names, PortCatalogue::sorted(names));
 }
 
 void TestPortCatalogue::inconsistentNamesStillYieldAPermutation()
