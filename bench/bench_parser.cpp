@@ -5,12 +5,12 @@
 
 #include "core/logline.h"
 #include "rl/callexpression.h"
+#include "support/straightforwardcallexpression.h"
 
 #include "kelplugin/qflog.h"
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 namespace {
@@ -24,60 +24,6 @@ const QStringList &motionLines()
         QStringLiteral("  LsMoveCF(p50, p60, v200, fine, tool0, wobj0)  "),
     };
     return lines;
-}
-
-// The obvious implementation: same result and log lines, expressions compiled per call and the
-// recursive expression run although its matches are not used.
-bool referenceExtract(const QString &input, QString &functionName, QStringList &parameterList)
-{
-    functionName.clear();
-    parameterList.clear();
-    const QRegularExpression callForm(QStringLiteral("^\\s*(\\w+)\\s*\\((.*?)\\);?\\s*$"));
-    const QRegularExpressionMatch match = callForm.match(input);
-    if (!match.hasMatch()) {
-        kellaser::logError()
-            << "kellaser::util::extractFunctionAndParameters"
-            << "Parsing failed: Input string does not match function call format. input:" << input;
-        return false;
-    }
-    functionName = match.captured(1).trimmed();
-    const QString parameterText = match.captured(2).trimmed();
-    if (parameterText.isEmpty()) {
-        kellaser::logError() << "LASER::"
-                             << "kellaser::util::extractFunctionAndParameters"
-                             << "Extracted Parameter List: (Empty)";
-    } else {
-        const QRegularExpression recursive(
-            QStringLiteral("\\s*((?:[^,()]++|\\((?:[^()]++|(?R))*\\))*)\\s*"),
-            QRegularExpression::ExtendedPatternSyntaxOption);
-        QRegularExpressionMatchIterator it = recursive.globalMatch(parameterText);
-        while (it.hasNext())
-            it.next();
-        int depth = 0;
-        int start = 0;
-        for (int i = 0; i < parameterText.size(); ++i) {
-            const QChar c = parameterText.at(i);
-            if (c == QLatin1Char('('))
-                ++depth;
-            else if (c == QLatin1Char(')'))
-                depth = qMax(0, depth - 1);
-            else if (c == QLatin1Char(',') && depth == 0) {
-                const QString piece = parameterText.mid(start, i - start).trimmed();
-                if (!piece.isEmpty())
-                    parameterList.append(piece);
-                start = i + 1;
-            }
-        }
-        const QString rest = parameterText.mid(start).trimmed();
-        if (!rest.isEmpty())
-            parameterList.append(rest);
-    }
-    kellaser::logDebug() << "LASER::"
-                         << "kellaser::util::extractFunctionAndParameters"
-                         << "functionName:" << functionName << ",parameterList:"
-                         << QLatin1Char('(') + parameterList.join(QStringLiteral(", "))
-            + QLatin1Char(')');
-    return true;
 }
 
 using Extract = bool (*)(const QString &, QString &, QStringList &);
@@ -120,7 +66,8 @@ void registerBenchmarks()
             run(s, &kellaser::util::extractFunctionAndParameters, withLogFile);
         });
         kelbench::add(kelbench::name("parser", "ref_compile_per_call", mode),
-            [withLogFile](benchmark::State &s) { run(s, &referenceExtract, withLogFile); });
+            [withLogFile](
+                benchmark::State &s) { run(s, &straightforward::extractCall, withLogFile); });
     }
 }
 

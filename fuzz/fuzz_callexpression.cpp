@@ -1,9 +1,11 @@
-// Any text as an instruction line: the call-expression parser must return a consistent split
-// or nothing, without running away on deep or unbalanced parentheses.
+// Any text as an instruction line: the call-expression parser must return the split that the
+// call form's expression gives, or nothing, without running away on deep or unbalanced
+// parentheses.
 
 #include "fuzzsupport.h"
 
 #include "rl/callexpression.h"
+#include "support/straightforwardcallexpression.h"
 
 #include <QRegularExpression>
 
@@ -21,6 +23,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QString name = QStringLiteral("stale");
     QStringList parameters {QStringLiteral("stale")};
     const bool isCall = kellaser::util::extractFunctionAndParameters(line, name, parameters);
+
+    // Plain lines are scanned rather than matched; the result must be the expression's.
+    QString expectedName;
+    QStringList expectedParameters;
+    if (straightforward::extractCall(line, expectedName, expectedParameters) != isCall
+        || expectedName != name || expectedParameters != parameters)
+        std::abort();
 
     if (!isCall) {
         // Both outputs are cleared even when the line is no call.

@@ -1,6 +1,10 @@
 #include "rl/callexpression.h"
+#include "support/straightforwardcallexpression.h"
 #include "support/testenvironment.h"
 
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QTest>
 
 class TestCallExpression : public QObject
@@ -14,6 +18,8 @@ private slots:
     void splitsCalls();
     void rejectsNonCalls_data();
     void rejectsNonCalls();
+    void agreesWithTheExpressionOnRandomLines_data();
+    void agreesWithTheExpressionOnRandomLines();
     void failureLogsTheInput();
     void emptyParenthesesLogAnErrorAndSucceed();
     void summaryLineListsTheParameters();
@@ -79,6 +85,55 @@ void TestCallExpression::rejectsNonCalls()
     QVERIFY(!kellaser::util::extractFunctionAndParameters(line, function, list));
     QVERIFY(function.isEmpty());
     QVERIFY(list.isEmpty());
+}
+
+void TestCallExpression::agreesWithTheExpressionOnRandomLines_data()
+{
+    // Plain lines are split by a scan, anything else by the expression; both must give what
+    // the expression alone gives. Short lines over a small alphabet hit the boundaries: blanks
+    // around the name, a ";" or ")" at the end, several ")" and text after them.
+    QTest::addColumn<QString>("alphabet");
+    QTest::newRow("printable ASCII and tabs") << QStringLiteral("aZ_9 \t();,\"/.-");
+    QTest::newRow("line breaks and other blanks") << QStringLiteral("a_ ();\n\r\v\f");
+    QTest::newRow("Unicode letters and blanks")
+        << QStringLiteral("a ();") + QChar(0xE9) + QChar(0x00A0) + QChar(0x2028) + QChar(0x0663);
+}
+
+void TestCallExpression::agreesWithTheExpressionOnRandomLines()
+{
+    QFETCH(QString, alphabet);
+    // Six thousand log lines on the console would drown the test's own output.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
+    int calls = 0;
+    // Lines that are calls about half of the time: a word, "(", random text, ")".
+    QRandomGenerator random(7);
+    const auto randomText = [&](int maxLength) {
+        QString text;
+        const int length = int(random.bounded(maxLength + 1));
+        for (int i = 0; i < length; ++i)
+            text += alphabet.at(int(random.bounded(alphabet.size())));
+        return text;
+    };
+    for (int i = 0; i < 3000; ++i) {
+        static const char *const endings[] = {"", ";", " ;", "; ", ")", "\t", ");"};
+        const QString line = random.bounded(2) == 0
+            ? randomText(12)
+            : randomText(1) + QStringLiteral("f") + randomText(1) + QLatin1Char('(') + randomText(6)
+                + QLatin1Char(')') + QLatin1String(endings[random.bounded(int(std::size(endings)))])
+                + (random.bounded(4) == 0 ? randomText(2) : QString());
+        QString name;
+        QStringList parameters;
+        QString expectedName;
+        QStringList expectedParameters;
+        const bool isCall = kellaser::util::extractFunctionAndParameters(line, name, parameters);
+        QCOMPARE(isCall, straightforward::extractCall(line, expectedName, expectedParameters));
+        QCOMPARE(name, expectedName);
+        QCOMPARE(parameters, expectedParameters);
+        calls += isCall ? 1 : 0;
+    }
+    // Both outcomes must be well represented for the comparison to mean anything.
+    QVERIFY2(calls > 300 && calls < 2700, qPrintable(QString::number(calls)));
 }
 
 void TestCallExpression::failureLogsTheInput()
