@@ -86,6 +86,13 @@ class TableTest(unittest.TestCase):
         self.assertEqual(growth["ratio"], "20.0x")
         self.assertEqual(growth["met"], "NO")
 
+    def test_growth_only_between_scale_sizes(self):
+        rows = self.rows({"benchmarks": [
+            entry("portsort/ours/1024", 10.0), entry("portsort/ours/8192", 80.0),
+            entry("portsort/ours/10000", 200.0)]})
+        self.assertEqual(self.find(rows, "portsort", "8192", "ours at 1024")["met"], "yes")
+        self.assertFalse([r for r in rows if r.get("vs") == "ours at 8192"])
+
     def test_broken_input_is_reported_not_fatal(self):
         rows = self.rows(
             "not json at all",
