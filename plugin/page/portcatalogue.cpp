@@ -254,37 +254,38 @@ private:
 // Below this many names comparing is cheaper than the radix sort's counting passes.
 const std::size_t kRadixMinimum = 256;
 
-// Sorts the entries by their keys, least significant byte first, one counting pass per byte;
-// a byte that is the same in every entry (most of them, for port names) costs no pass. Linear
-// in the number of names, where comparing names costs more the more of them share a prefix.
+// Sorts the entries by their keys, least significant byte first, one counting pass per byte.
+// Only bytes that differ between keys get a pass; for port names, which share their prefix and
+// have small numbers, that is a few of the sixteen. Linear in the number of names, where
+// comparing names costs more the more of them share a prefix.
 void radixSort(std::vector<RadixEntry> &entries, std::vector<RadixEntry> &buffer)
 {
-    const int kBytes = RadixEntry::kSlots * 4;
     const std::size_t n = entries.size();
-    std::vector<std::array<quint32, 256>> counts(kBytes); // zeroed
-    const auto byteOf = [](const RadixEntry &e, int pass) {
-        // Pass 0 is the lowest byte of the last slot.
-        const int slot = RadixEntry::kSlots - 1 - pass / 4;
-        return (e.slot[slot] >> (8 * (pass % 4))) & 0xffu;
-    };
+    quint32 differs[RadixEntry::kSlots] = {};
+    const RadixEntry &front = entries.front();
     for (const RadixEntry &e : entries) {
-        for (int pass = 0; pass < kBytes; ++pass)
-            ++counts[std::size_t(pass)][byteOf(e, pass)];
+        for (int slot = 0; slot < RadixEntry::kSlots; ++slot)
+            differs[slot] |= e.slot[slot] ^ front.slot[slot];
     }
     buffer.resize(n);
-    for (int pass = 0; pass < kBytes; ++pass) {
-        std::array<quint32, 256> &count = counts[std::size_t(pass)];
-        if (count[byteOf(entries.front(), pass)] == n)
-            continue;
-        quint32 position = 0;
-        for (quint32 &c : count) {
-            const quint32 here = c;
-            c = position;
-            position += here;
+    std::array<quint32, 256> count;
+    for (int slot = RadixEntry::kSlots - 1; slot >= 0; --slot) {
+        for (int shift = 0; shift < 32; shift += 8) {
+            if (((differs[slot] >> shift) & 0xffu) == 0)
+                continue;
+            count.fill(0);
+            for (const RadixEntry &e : entries)
+                ++count[(e.slot[slot] >> shift) & 0xffu];
+            quint32 position = 0;
+            for (quint32 &c : count) {
+                const quint32 here = c;
+                c = position;
+                position += here;
+            }
+            for (const RadixEntry &e : entries)
+                buffer[count[(e.slot[slot] >> shift) & 0xffu]++] = e;
+            entries.swap(buffer);
         }
-        for (const RadixEntry &e : entries)
-            buffer[count[byteOf(e, pass)]++] = e;
-        entries.swap(buffer);
     }
 }
 
