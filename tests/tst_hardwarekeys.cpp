@@ -20,12 +20,12 @@ QJsonArray json(const char *text)
 }
 
 // Console debug lines that are not plug-in log lines.
-QStringList *g_debugLines = nullptr;
+QStringList g_debugLines;
 
 void collectDebugLines(QtMsgType type, const QMessageLogContext &, const QString &msg)
 {
-    if (type == QtDebugMsg && g_debugLines && !msg.startsWith(QLatin1Char('\x1b')))
-        g_debugLines->append(msg);
+    if (type == QtDebugMsg && !msg.startsWith(QLatin1Char('\x1b')))
+        g_debugLines.append(msg);
 }
 
 const QString kRealIcon = QStringLiteral(":/png/LaserSwitchReal.png");
@@ -105,7 +105,6 @@ private slots:
     void workModeSwitch();
 
 private:
-    QStringList m_debugLines;
     QtMessageHandler m_previousHandler = nullptr;
 };
 
@@ -117,15 +116,13 @@ void TestHardwareKeys::initTestCase()
 void TestHardwareKeys::init()
 {
     testenv::resetLogFile();
-    m_debugLines.clear();
-    g_debugLines = &m_debugLines;
+    g_debugLines.clear();
     m_previousHandler = qInstallMessageHandler(collectDebugLines);
 }
 
 void TestHardwareKeys::cleanup()
 {
     qInstallMessageHandler(m_previousHandler);
-    g_debugLines = nullptr;
 }
 
 void TestHardwareKeys::keysHandedToThePendant()
@@ -295,7 +292,7 @@ void TestHardwareKeys::keyReplyIsJudged()
         t.controller.sent.first().value, QJsonValue(key == QLatin1String("ProtectGas") || pressed));
     QCOMPARE(testenv::shownMessages(t.shell).join('\n'), message);
     QCOMPARE(testenv::logTexts().join('\n'), log);
-    QCOMPARE(m_debugLines, debug);
+    QCOMPARE(g_debugLines, debug);
 }
 
 void TestHardwareKeys::workModeSwitch_data()
