@@ -137,8 +137,9 @@ void TestCurvePage::badTableStopsCompute_data()
     QTest::newRow("only the first bad row is named")
         << QByteArray("[[1, 1], [2, 2], [2, 3], [1, 1]]") << order.arg(3).arg(2);
     // The combo cannot make a one-row table, but a record with node count 1 does.
-    QTest::newRow("one row from the record") << QByteArray(
-        "[[1, 10]]") << "1|Validation failed,The table requires at least two rows of data!";
+    const QString twoRows
+        = QStringLiteral("1|Validation failed,The table requires at least two rows of data!");
+    QTest::newRow("one row from the record") << QByteArray("[[1, 10]]") << twoRows;
 }
 
 void TestCurvePage::badTableStopsCompute()
