@@ -23,6 +23,7 @@
 // What a test does with the instruction dialog once it is open.
 using DialogStep = std::function<void(QDialog *)>;
 Q_DECLARE_METATYPE(DialogStep)
+Q_DECLARE_METATYPE(ProgramEditor::RunState)
 
 class TestProgramEditor : public QObject
 {
@@ -46,6 +47,10 @@ private slots:
     void savesAndOpensPrograms();
     void opensAnyBytesWithoutCrashing();
     void unwritableFileFailsSave();
+
+    void runStateLocksTheProgram_data();
+    void runStateLocksTheProgram();
+    void runMarksAreNoEdits();
 
 private:
     static QDialog *openDialog(ProgramEditor &editor);
@@ -355,6 +360,59 @@ void TestProgramEditor::unwritableFileFailsSave()
     QVERIFY(!editor.saveFile(dir.filePath(QStringLiteral("missing/folder/seam.prg"))));
     QVERIFY(!editor.findChild<QLabel *>(QStringLiteral("label_status"))->text().isEmpty());
     QVERIFY(editor.fileName().isEmpty());
+}
+
+void TestProgramEditor::runStateLocksTheProgram_data()
+{
+    QTest::addColumn<ProgramEditor::RunState>("state");
+    QTest::addColumn<QString>("enabled"); // r(un) s(tep) S(top) e(dit)
+
+    QTest::newRow("idle") << ProgramEditor::RunState::Idle << "rse";
+    QTest::newRow("running") << ProgramEditor::RunState::Running << "S";
+    QTest::newRow("paused after a step") << ProgramEditor::RunState::Paused << "rsS";
+}
+
+void TestProgramEditor::runStateLocksTheProgram()
+{
+    QFETCH(ProgramEditor::RunState, state);
+    QFETCH(QString, enabled);
+    ProgramEditor editor;
+    editor.setLines({QStringLiteral("LaserOff;"), QStringLiteral("LsParaMatchOff;")});
+    editor.setRunState(ProgramEditor::RunState::Running);
+    editor.setRunLine(1);
+    editor.setRunState(state);
+
+    const auto button = [&editor](const char *name) {
+        return editor.findChild<QPushButton *>(QLatin1String(name))->isEnabled();
+    };
+    QCOMPARE(button("pushButton_run"), enabled.contains(QLatin1Char('r')));
+    QCOMPARE(button("pushButton_step"), enabled.contains(QLatin1Char('s')));
+    QCOMPARE(button("pushButton_stop"), enabled.contains(QLatin1Char('S')));
+    for (const char *name : {"pushButton_edit", "pushButton_delete", "pushButton_insert",
+             "pushButton_insert_default", "pushButton_open"})
+        QCOMPARE(button(name), enabled.contains(QLatin1Char('e')));
+    // An ended run shows no line.
+    QCOMPARE(editor.runLine(), state == ProgramEditor::RunState::Idle ? -1 : 1);
+}
+
+void TestProgramEditor::runMarksAreNoEdits()
+{
+    ProgramEditor editor;
+    editor.setLines({QStringLiteral("LaserOff;"), QStringLiteral("LsParaMatchOff;")});
+    auto *list = editor.findChild<QListWidget *>(QStringLiteral("listWidget_program"));
+    QSignalSpy changed(&editor, &ProgramEditor::programChanged);
+
+    editor.setRunLine(0);
+    editor.setRunLine(1);
+    QCOMPARE(list->item(0)->background(), QBrush());
+    QVERIFY(list->item(1)->background() != QBrush());
+    editor.markRefusedLine(1, QStringLiteral("Line 2: refused."));
+    QCOMPARE(list->item(1)->toolTip(), QStringLiteral("Line 2: refused."));
+    QVERIFY(!list->item(1)->icon().isNull());
+    editor.setRunLine(7); // beyond the program: no line
+    QCOMPARE(editor.runLine(), -1);
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(editor.lines(), QStringList({"LaserOff;", "LsParaMatchOff;"}));
 }
 
 QTEST_MAIN(TestProgramEditor)

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLocale>
 #include <QPainter>
 #include <QPixmap>
 #include <QSaveFile>
@@ -33,6 +34,12 @@ const QIcon &invalidMarker()
         return QIcon(pixmap);
     }();
     return icon;
+}
+
+const QBrush &runLineBrush()
+{
+    static const QBrush brush(QColor(255, 236, 150));
+    return brush;
 }
 
 } // namespace
@@ -64,10 +71,89 @@ ProgramEditor::ProgramEditor(QWidget *parent) : QWidget(parent)
             emit programChanged();
         });
 
+    for (double factor : speedFactors()) {
+        m_ui.comboBox_speed_factor->addItem(
+            factor == 1.0 ? tr("×1 (real time)") : tr("×%1").arg(QLocale().toString(factor)),
+            factor);
+    }
+    connect(m_ui.comboBox_speed_factor, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+        [this] { emit speedFactorChanged(speedFactor()); });
+    connect(m_ui.pushButton_run, &QPushButton::clicked, this, &ProgramEditor::runRequested);
+    connect(m_ui.pushButton_step, &QPushButton::clicked, this, &ProgramEditor::stepRequested);
+    connect(m_ui.pushButton_stop, &QPushButton::clicked, this, &ProgramEditor::stopRequested);
+
     reloadCatalogue();
 }
 
 ProgramEditor::~ProgramEditor() = default;
+
+const QList<double> &ProgramEditor::speedFactors()
+{
+    static const QList<double> factors {1, 2, 5, 10, 100};
+    return factors;
+}
+
+double ProgramEditor::speedFactor() const
+{
+    return m_ui.comboBox_speed_factor->currentData().toDouble();
+}
+
+void ProgramEditor::setRunState(RunState state)
+{
+    if (state == m_runState)
+        return;
+    m_runState = state;
+    const bool idle = state == RunState::Idle;
+    m_ui.pushButton_run->setEnabled(state != RunState::Running);
+    m_ui.pushButton_step->setEnabled(state != RunState::Running);
+    m_ui.pushButton_stop->setEnabled(!idle);
+    // The controller runs the lines it was given; edits would not reach it.
+    for (QPushButton *button : {m_ui.pushButton_open, m_ui.pushButton_edit, m_ui.pushButton_delete,
+             m_ui.pushButton_insert, m_ui.pushButton_insert_default})
+        button->setEnabled(idle);
+    m_ui.listWidget_program->setEditTriggers(
+        idle ? QAbstractItemView::EditKeyPressed : QAbstractItemView::NoEditTriggers);
+    if (idle)
+        setRunLine(-1);
+}
+
+void ProgramEditor::setRunLine(int row)
+{
+    QListWidget *list = m_ui.listWidget_program;
+    if (row < -1 || row >= list->count())
+        row = -1;
+    if (row == m_runLine)
+        return;
+    if (QListWidgetItem *previous = list->item(m_runLine))
+        decorate([previous] { previous->setData(Qt::BackgroundRole, QVariant()); });
+    m_runLine = row;
+    if (QListWidgetItem *item = list->item(row)) {
+        decorate([item] { item->setBackground(runLineBrush()); });
+        list->scrollToItem(item);
+    }
+}
+
+void ProgramEditor::markRefusedLine(int row, const QString &reason)
+{
+    setStatus(reason);
+    QListWidgetItem *item = m_ui.listWidget_program->item(row);
+    if (!item)
+        return;
+    decorate([item, &reason] {
+        item->setIcon(invalidMarker());
+        item->setToolTip(reason);
+    });
+    m_ui.listWidget_program->setCurrentItem(item);
+    m_ui.listWidget_program->scrollToItem(item);
+}
+
+void ProgramEditor::decorate(const std::function<void()> &change)
+{
+    const bool wasChecking = m_checking;
+    m_checking = true;
+    change();
+    m_checking = wasChecking;
+}
 
 void ProgramEditor::reloadCatalogue()
 {
@@ -100,6 +186,7 @@ QStringList ProgramEditor::lines() const
 void ProgramEditor::setLines(const QStringList &lines)
 {
     m_ui.listWidget_program->clear();
+    m_runLine = -1;
     for (const QString &line : lines) {
         auto *item = new QListWidgetItem(line);
         item->setFlags(item->flags() | Qt::ItemIsEditable);
@@ -313,12 +400,12 @@ void ProgramEditor::checkItem(QListWidgetItem *item)
     if (!item)
         return;
     const LineValidator::Result result = m_validator.check(item->text());
-    const bool wasChecking = m_checking;
-    m_checking = true;
-    item->setData(VerdictRole, int(result.verdict));
-    item->setIcon(result.verdict == LineValidator::Verdict::Invalid ? invalidMarker() : QIcon());
-    item->setToolTip(result.message);
-    m_checking = wasChecking;
+    decorate([item, &result] {
+        item->setData(VerdictRole, int(result.verdict));
+        item->setIcon(
+            result.verdict == LineValidator::Verdict::Invalid ? invalidMarker() : QIcon());
+        item->setToolTip(result.message);
+    });
 }
 
 void ProgramEditor::setStatus(const QString &text)

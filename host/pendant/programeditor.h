@@ -26,6 +26,8 @@ class ProgramEditor : public QWidget
     Q_OBJECT
 public:
     enum ItemRole { VerdictRole = Qt::UserRole + 1 };
+    // Where a run of the program stands: a paused run has done one step and waits for the next.
+    enum class RunState { Idle, Running, Paused };
 
     explicit ProgramEditor(QWidget *parent = nullptr);
     ~ProgramEditor() override;
@@ -49,8 +51,25 @@ public:
     // Inserts after the current line, or at the end.
     void insertLine(const QString &text);
 
+    // Simulated time per real time that a run may be given; 1 is real time, the default.
+    static const QList<double> &speedFactors();
+    double speedFactor() const;
+
+    // A run locks the program against edits and shows the line the controller executes.
+    void setRunState(RunState state);
+    RunState runState() const { return m_runState; }
+    // -1 shows no line.
+    void setRunLine(int row);
+    int runLine() const { return m_runLine; }
+    // A line the controller refused keeps its marker and reason until the program changes.
+    void markRefusedLine(int row, const QString &reason);
+
 signals:
     void programChanged();
+    void runRequested();
+    void stepRequested();
+    void stopRequested();
+    void speedFactorChanged(double factor);
 
 private:
     void showGroup();
@@ -63,6 +82,8 @@ private:
     void chooseAndSave();
     void checkItem(QListWidgetItem *item);
     void setStatus(const QString &text);
+    // Runs change, which alters how items look, without counting it as an edit of the program.
+    void decorate(const std::function<void()> &change);
     // Shows content in a dialog; on OK, apply receives the text content produces.
     void runDialog(const QString &title, QWidget *content, std::function<QString()> produce,
         std::function<void(const QString &)> apply);
@@ -71,4 +92,6 @@ private:
     LineValidator m_validator;
     QString m_fileName;
     bool m_checking = false;
+    RunState m_runState = RunState::Idle;
+    int m_runLine = -1;
 };
