@@ -316,6 +316,37 @@
     </message>
 </context>
 <context>
+    <name>TrendChart</name>
+    <message>
+        <source>Power</source>
+        <translation>功率</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>Duty cycle</source>
+        <translation>占空比</translation>
+    </message>
+    <message>
+        <source>Wire speed</source>
+        <translation>送丝速度</translation>
+    </message>
+    <message>
+        <source>Weld speed</source>
+        <translation>焊接速度</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>No values yet</source>
+        <translation>暂无数据</translation>
+    </message>
+</context>
+<context>
     <name>WMoveCFInsertWidget</name>
     <message>
         <source>Circle point</source>
