@@ -39,6 +39,54 @@
         <source>Weld speed (mm/s)</source>
         <translation>焊接速度 (mm/s)</translation>
     </message>
+    <message>
+        <source>Welds...</source>
+        <translation>焊缝记录...</translation>
+    </message>
+    <message>
+        <source>Idle</source>
+        <translation>空闲</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>起始</translation>
+    </message>
+    <message>
+        <source>Weld</source>
+        <translation>焊接</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>结束</translation>
+    </message>
+    <message>
+        <source>Wire</source>
+        <translation>焊丝</translation>
+    </message>
+    <message>
+        <source>Motion</source>
+        <translation>运动</translation>
+    </message>
+    <message>
+        <source>Line %1</source>
+        <translation>第 %1 行</translation>
+    </message>
+    <message>
+        <source>No program running</source>
+        <translation>无程序运行</translation>
+    </message>
+    <message>
+        <source>Laser on</source>
+        <translation>激光开</translation>
+    </message>
+    <message>
+        <source>Laser SIMULATED</source>
+        <translation>激光 虚拟</translation>
+    </message>
+    <message>
+        <source>Laser off</source>
+        <translation>激光关</translation>
+    </message>
 </context>
 <context>
     <name>CharacteristicsCurvePage</name>
@@ -339,7 +387,7 @@
     </message>
     <message>
         <source>%1 s</source>
-        <translation>%1 秒</translation>
+        <translation>%1 s</translation>
     </message>
     <message>
         <source>No values yet</source>
