@@ -233,7 +233,7 @@ void TestMonitorDialog::pollsFeedTheTrendAndTotals()
     QTRY_COMPARE(trend->samples().size(), 5);
     QCOMPARE(trend->samples().last().values[0], 200.0);
     QCOMPARE(dialog->findChild<QLabel *>(QStringLiteral("label_totals"))->text(),
-        QStringLiteral("Welds: 2    Laser on: 4.5 s    Wire used: 80.2 mm"));
+        QStringLiteral("Welds: 2\nLaser on: 4.5 s\nWire used: 80.2 mm"));
 
     dialog->findChild<QPushButton *>(QStringLiteral("pushButton_welds"))->click();
     auto *records = dialog->findChild<WeldRecordsDialog *>();

@@ -77,10 +77,9 @@ void TestWeldRecords::showingFillsListFromController_data()
                            {"match_set", ""}, {"duration_ms", 1000}, {"length_mm", 20},
                            {"laser_on_ms", 1000}, {"wire_mm", 0}, {"simulated", false},
                            {"completed", true}}}}})
-        << QList<QStringList> {{"2024-05-06 07:08:09", "seam", "3", "LsData2", "PowerData1", "2.50",
+        << QList<QStringList> {{"05-06 07:08:09", "seam", "3", "LsData2", "PowerData1", "2.50",
                                    "50.0", "2.40", "12.3", "simulated, stopped"},
-               {"2024-05-06 07:00:00", "seam", "2", "LsData1", "", "1.00", "20.0", "1.00", "0.0",
-                   ""}}
+               {"05-06 07:00:00", "seam", "2", "LsData1", "", "1.00", "20.0", "1.00", "0.0", ""}}
         << QStringLiteral("Welds: 7    Laser on: 63.2 s    Wire used: 1234.6 mm");
     QTest::newRow("odd fields show empty or 0")
         << QJsonValue(QJsonObject {{"totals", "many"},

@@ -176,8 +176,10 @@ void ButtonMonitorPage::showRun(const QJsonObject &stream)
 
 void ButtonMonitorPage::showTotals()
 {
-    m_ui.label_totals->setText(WeldRecordsDialog::totalsText(WeldRecordsDialog::totalsFrom(
-        kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("weld_records")))));
+    m_ui.label_totals->setText(WeldRecordsDialog::totalsText(
+        WeldRecordsDialog::totalsFrom(
+            kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("weld_records"))),
+        QStringLiteral("\n")));
 }
 
 void ButtonMonitorPage::initStyle()

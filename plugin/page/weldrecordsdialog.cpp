@@ -63,7 +63,9 @@ QString startText(const QJsonValue &start)
 {
     const QString text = start.toString();
     const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
-    return time.isValid() ? time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) : text;
+    // The list holds recent welds: the day and the time tell them apart; the year would only
+    // widen the column.
+    return time.isValid() ? time.toString(QStringLiteral("MM-dd hh:mm:ss")) : text;
 }
 
 } // namespace
@@ -74,6 +76,8 @@ WeldRecordsDialog::WeldRecordsDialog(QWidget *parent) : QDialog(parent)
     setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
     m_ui.tableWidget_welds->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui.tableWidget_welds->horizontalHeader()->setStretchLastSection(true);
+    // Units go on a second header line, so that the columns fit the pendant's width.
+    m_ui.tableWidget_welds->horizontalHeader()->setTextElideMode(Qt::ElideNone);
     connect(m_ui.pushButton_close, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_ui.tableWidget_welds, &QTableWidget::itemSelectionChanged, this,
         &WeldRecordsDialog::updateButtons);
@@ -102,12 +106,12 @@ WeldRecordsDialog::Totals WeldRecordsDialog::totalsFrom(const QJsonValue &record
     return result;
 }
 
-QString WeldRecordsDialog::totalsText(const Totals &totals)
+QString WeldRecordsDialog::totalsText(const Totals &totals, const QString &separator)
 {
-    return tr("Welds: %1    Laser on: %2 s    Wire used: %3 mm")
-        .arg(totals.welds)
-        .arg(fixed(double(totals.laserOnMs) / 1000.0, 1))
-        .arg(fixed(totals.wireUsedMm, 1));
+    return QStringList {tr("Welds: %1").arg(totals.welds),
+        tr("Laser on: %1 s").arg(fixed(double(totals.laserOnMs) / 1000.0, 1)),
+        tr("Wire used: %1 mm").arg(fixed(totals.wireUsedMm, 1))}
+        .join(separator);
 }
 
 QByteArray WeldRecordsDialog::csvHeader()
@@ -214,6 +218,7 @@ void WeldRecordsDialog::showRecords(const QJsonValue &records)
             table->setItem(row, column, item);
         }
         table->item(row, Start)->setData(Qt::UserRole, intOr0(weld.value(QLatin1String("id"))));
+        table->item(row, Start)->setToolTip(weld.value(QLatin1String("start")).toString());
     }
     updateButtons();
 }

@@ -23,7 +23,9 @@ public:
     ~WeldRecordsDialog() override;
 
     static Totals totalsFrom(const QJsonValue &records);
-    static QString totalsText(const Totals &totals);
+    // "Welds: 3", "Laser on: 12.5 s", "Wire used: 80.2 mm" joined by separator.
+    static QString totalsText(
+        const Totals &totals, const QString &separator = QStringLiteral("    "));
 
     // "weld_id,t_ms,power_W,..." and a line break.
     static QByteArray csvHeader();

@@ -741,20 +741,28 @@
         <translation>参数匹配</translation>
     </message>
     <message>
-        <source>Duration (s)</source>
-        <translation>时长 (s)</translation>
+        <source>Duration
+(s)</source>
+        <translation>时长
+(s)</translation>
     </message>
     <message>
-        <source>Length (mm)</source>
-        <translation>长度 (mm)</translation>
+        <source>Length
+(mm)</source>
+        <translation>长度
+(mm)</translation>
     </message>
     <message>
-        <source>Laser on (s)</source>
-        <translation>出光时间 (s)</translation>
+        <source>Laser on
+(s)</source>
+        <translation>出光时间
+(s)</translation>
     </message>
     <message>
-        <source>Wire (mm)</source>
-        <translation>送丝量 (mm)</translation>
+        <source>Wire
+(mm)</source>
+        <translation>送丝量
+(mm)</translation>
     </message>
     <message>
         <source>Marks</source>
@@ -771,10 +779,6 @@
     <message>
         <source>Close</source>
         <translation>关闭</translation>
-    </message>
-    <message>
-        <source>Welds: %1    Laser on: %2 s    Wire used: %3 mm</source>
-        <translation>焊缝数：%1    出光时间：%2 s    送丝用量：%3 mm</translation>
     </message>
     <message>
         <source>Export failed: %1 could not be written (%2). Nothing was changed.</source>
@@ -803,6 +807,18 @@
     <message>
         <source>CSV files (*.csv)</source>
         <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Welds: %1</source>
+        <translation>焊缝数：%1</translation>
+    </message>
+    <message>
+        <source>Laser on: %1 s</source>
+        <translation>出光时间：%1 s</translation>
+    </message>
+    <message>
+        <source>Wire used: %1 mm</source>
+        <translation>送丝用量：%1 mm</translation>
     </message>
 </context>
 <context>
