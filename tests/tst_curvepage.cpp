@@ -430,6 +430,9 @@ void TestCurvePage::showRecomputesChartsWithALine()
     PageUnderTest t;
     t.show();
     QVERIFY(t.controller.sent.isEmpty()); // nothing is computed on the first show
+    t.controller.repliesByCommand.insert("compute_curve_config",
+        json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 3, "intercept": 4}}}])")
+            .toArray());
     t.click("pushButton_compute_3");
     t.click("pushButton_compute");
     t.page.hide();
@@ -442,6 +445,8 @@ void TestCurvePage::showRecomputesChartsWithALine()
     QVERIFY(t.controller.sent.at(0).value.toObject().contains(QStringLiteral("laser_power_node")));
     QVERIFY(
         t.controller.sent.at(1).value.toObject().contains(QStringLiteral("laser_dutycycle_node")));
+    const auto *chart = t.child<CustomChart>("Chart_dutycycle");
+    QCOMPARE(QPair(chart->slope(), chart->intercept()), QPair(3.0, 4.0));
 }
 
 void TestCurvePage::editLock_data()

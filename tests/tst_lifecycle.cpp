@@ -9,6 +9,7 @@
 
 #include <QDialog>
 #include <QLabel>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -76,6 +77,7 @@ private slots:
     void reconnectShowsTheControllersMode_data();
     void reconnectShowsTheControllersMode();
     void eachRenderAddsOneReconnectHandler();
+    void onlyTheInstalledControllerReportsReconnects();
     void afterInitRegistersTheInstructionCatalogue();
 };
 
@@ -173,6 +175,19 @@ void TestLifecycle::reconnectShowsTheControllersMode()
     controller.serviceData.insert(kVirtualStatus, status);
     controller.emitConnectionRestored();
     QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(simulated));
+}
+
+void TestLifecycle::onlyTheInstalledControllerReportsReconnects()
+{
+    ScriptedController replaced;
+    ScriptedController installed;
+    QSignalSpy reconnects(
+        &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
+
+    replaced.emitConnectionRestored();
+    installed.emitConnectionRestored();
+
+    QCOMPARE(reconnects.count(), 1);
 }
 
 void TestLifecycle::eachRenderAddsOneReconnectHandler()
