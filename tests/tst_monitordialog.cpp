@@ -1,4 +1,5 @@
 #include "page/buttonmonitorpage.h"
+#include "page/weldrecordsdialog.h"
 #include "support/leveltexts.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
@@ -6,9 +7,13 @@
 
 #include <QDoubleSpinBox>
 #include <QJsonObject>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
+
+#include "widget/trendchart.h"
 
 namespace {
 
@@ -41,6 +46,9 @@ private slots:
     void closeStopsStreamAndReleasesModalState();
     void sampleValues_data();
     void sampleValues();
+    void runLabelFollowsTheStream_data();
+    void runLabelFollowsTheStream();
+    void pollsFeedTheTrendAndTotals();
 };
 
 void TestMonitorDialog::valueBoxesCannotBeEdited()
@@ -159,6 +167,79 @@ void TestMonitorDialog::sampleValues()
     for (const ButtonMonitorPage::Field &field : ButtonMonitorPage::fields())
         values.append(dialog.findChild<QDoubleSpinBox *>(QLatin1String(field.box))->value());
     QCOMPARE(values, shown);
+}
+
+void TestMonitorDialog::runLabelFollowsTheStream_data()
+{
+    QTest::addColumn<QJsonObject>("stream");
+    QTest::addColumn<QString>("run");
+    QTest::addColumn<QString>("laser");
+    QTest::addColumn<QString>("laserState");
+
+    QTest::newRow("welding in virtual mode")
+        << QJsonObject {{"line", 3}, {"phase", "weld"}, {"laser", "simulated"}}
+        << QStringLiteral("Line 3 · Weld") << QStringLiteral("Laser SIMULATED")
+        << QStringLiteral("simulated");
+    QTest::newRow("laser on") << QJsonObject {{"line", 2}, {"phase", "start"}, {"laser", "on"}}
+                              << QStringLiteral("Line 2 · Start") << QStringLiteral("Laser on")
+                              << QStringLiteral("on");
+    QTest::newRow("idle") << QJsonObject {{"line", 0}, {"phase", "idle"}, {"laser", "off"}}
+                          << QStringLiteral("No program running · Idle")
+                          << QStringLiteral("Laser off") << QStringLiteral("off");
+    QTest::newRow("odd fields") << QJsonObject {{"line", "3"}, {"phase", "cooling"},
+        {"laser", "maybe"}} << QStringLiteral("No program running · cooling")
+                                << QStringLiteral("Laser off") << QStringLiteral("off");
+}
+
+void TestMonitorDialog::runLabelFollowsTheStream()
+{
+    QFETCH(QJsonObject, stream);
+    QFETCH(QString, run);
+    QFETCH(QString, laser);
+    QFETCH(QString, laserState);
+    ScriptedController controller;
+    ButtonMonitorPage dialog;
+
+    dialog.showSample(stream);
+
+    QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("label_run"))->text(), run);
+    auto *laserLabel = dialog.findChild<QLabel *>(QStringLiteral("label_laser"));
+    QCOMPARE(laserLabel->text(), laser);
+    QCOMPARE(laserLabel->property("laser").toString(), laserState);
+}
+
+void TestMonitorDialog::pollsFeedTheTrendAndTotals()
+{
+    ScriptedController controller;
+    RecordingShell shell;
+    QWidget mainPage;
+    auto *dialog = new ButtonMonitorPage(&mainPage);
+    const auto stream = [](const QList<int> &times) {
+        QJsonArray samples;
+        for (int t : times)
+            samples.append(QJsonObject {{"t", t}, {"power", t}});
+        return QJsonObject {{"phase", "weld"}, {"samples", samples}};
+    };
+    controller.serviceData.insert(kStream, stream({0, 50, 100}));
+    controller.serviceData.insert(QStringLiteral("weld_records"),
+        QJsonObject {{"totals",
+            QJsonObject {{"welds", 2}, {"laser_on_ms", 4500}, {"wire_used_mm", 80.24}}}});
+    auto *trend = dialog->findChild<TrendChart *>(QStringLiteral("trendChart"));
+    QVERIFY(trend);
+
+    dialog->openMonitor();
+    controller.serviceData.insert(kStream, stream({50, 100, 150, 200}));
+
+    QTRY_COMPARE(trend->samples().size(), 5);
+    QCOMPARE(trend->samples().last().values[0], 200.0);
+    QCOMPARE(dialog->findChild<QLabel *>(QStringLiteral("label_totals"))->text(),
+        QStringLiteral("Welds: 2    Laser on: 4.5 s    Wire used: 80.2 mm"));
+
+    dialog->findChild<QPushButton *>(QStringLiteral("pushButton_welds"))->click();
+    auto *records = dialog->findChild<WeldRecordsDialog *>();
+    QVERIFY(records && records->isVisible());
+    records->reject();
+    dialog->reject();
 }
 
 QTEST_MAIN(TestMonitorDialog)

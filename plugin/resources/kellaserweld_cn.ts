@@ -39,6 +39,54 @@
         <source>Weld speed (mm/s)</source>
         <translation>焊接速度 (mm/s)</translation>
     </message>
+    <message>
+        <source>Welds...</source>
+        <translation>焊缝记录...</translation>
+    </message>
+    <message>
+        <source>Idle</source>
+        <translation>空闲</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>起始</translation>
+    </message>
+    <message>
+        <source>Weld</source>
+        <translation>焊接</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>结束</translation>
+    </message>
+    <message>
+        <source>Wire</source>
+        <translation>焊丝</translation>
+    </message>
+    <message>
+        <source>Motion</source>
+        <translation>运动</translation>
+    </message>
+    <message>
+        <source>Line %1</source>
+        <translation>第 %1 行</translation>
+    </message>
+    <message>
+        <source>No program running</source>
+        <translation>无程序运行</translation>
+    </message>
+    <message>
+        <source>Laser on</source>
+        <translation>激光开</translation>
+    </message>
+    <message>
+        <source>Laser SIMULATED</source>
+        <translation>激光 虚拟</translation>
+    </message>
+    <message>
+        <source>Laser off</source>
+        <translation>激光关</translation>
+    </message>
 </context>
 <context>
     <name>CharacteristicsCurvePage</name>
@@ -313,6 +361,37 @@
     <message>
         <source>None</source>
         <translation>无</translation>
+    </message>
+</context>
+<context>
+    <name>TrendChart</name>
+    <message>
+        <source>Power</source>
+        <translation>功率</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>Duty cycle</source>
+        <translation>占空比</translation>
+    </message>
+    <message>
+        <source>Wire speed</source>
+        <translation>送丝速度</translation>
+    </message>
+    <message>
+        <source>Weld speed</source>
+        <translation>焊接速度</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>No values yet</source>
+        <translation>暂无数据</translation>
     </message>
 </context>
 <context>
@@ -633,6 +712,97 @@
     <message>
         <source>Speed parameter validation failed at row %1. Previous row value must be less than current row value.</source>
         <translation>速度参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
+    </message>
+</context>
+<context>
+    <name>WeldRecordsDialog</name>
+    <message>
+        <source>Welds</source>
+        <translation>焊缝记录</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>开始时间</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>程序</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>行</translation>
+    </message>
+    <message>
+        <source>Data set</source>
+        <translation>焊接数据</translation>
+    </message>
+    <message>
+        <source>Matching set</source>
+        <translation>参数匹配</translation>
+    </message>
+    <message>
+        <source>Duration (s)</source>
+        <translation>时长 (s)</translation>
+    </message>
+    <message>
+        <source>Length (mm)</source>
+        <translation>长度 (mm)</translation>
+    </message>
+    <message>
+        <source>Laser on (s)</source>
+        <translation>出光时间 (s)</translation>
+    </message>
+    <message>
+        <source>Wire (mm)</source>
+        <translation>送丝量 (mm)</translation>
+    </message>
+    <message>
+        <source>Marks</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>Export selected...</source>
+        <translation>导出所选...</translation>
+    </message>
+    <message>
+        <source>Export all...</source>
+        <translation>全部导出...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Welds: %1    Laser on: %2 s    Wire used: %3 mm</source>
+        <translation>焊缝数：%1    出光时间：%2 s    送丝用量：%3 mm</translation>
+    </message>
+    <message>
+        <source>Export failed: %1 could not be written (%2). Nothing was changed.</source>
+        <translation>导出失败：无法写入 %1（%2）。原文件未作任何改动。</translation>
+    </message>
+    <message>
+        <source>The controller no longer keeps weld %1; the export leaves it out.</source>
+        <translation>控制器已不再保存焊缝 %1，导出时已略过。</translation>
+    </message>
+    <message>
+        <source>Welds exported to %1</source>
+        <translation>焊缝记录已导出到 %1</translation>
+    </message>
+    <message>
+        <source>simulated</source>
+        <translation>虚拟</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>已停止</translation>
+    </message>
+    <message>
+        <source>Export welds</source>
+        <translation>导出焊缝记录</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
     </message>
 </context>
 <context>
