@@ -32,7 +32,6 @@ class TestCommandChannel : public QObject
 private slots:
     void init() { testenv::resetLogFile(); }
 
-    void sendWrapsThePayloadUnderTheCommand();
     void searchCheck_data();
     void searchCheck();
     void firstElementCheck_data();
@@ -40,24 +39,6 @@ private slots:
     void checkReplyReportsOutcome_data();
     void checkReplyReportsOutcome();
 };
-
-void TestCommandChannel::sendWrapsThePayloadUnderTheCommand()
-{
-    ScriptedController controller;
-    const QJsonArray canned = json(R"([{"kellaserweld":{"x":{"return":9}}}])");
-    controller.queueReply(canned);
-
-    const QJsonArray reply = CommandChannel::send(this, kCommand, true);
-
-    QCOMPARE(reply, canned);
-    QCOMPARE(controller.sent.size(), 1);
-    const ScriptedController::Sent &sent = controller.sent.first();
-    QCOMPARE(sent.sender, this);
-    QCOMPARE(sent.pluginKey, QStringLiteral("kellaserweld"));
-    QCOMPARE(sent.command, kCommand);
-    QCOMPARE(sent.value, QJsonValue(true));
-    QVERIFY(!sent.stringOverload);
-}
 
 void TestCommandChannel::searchCheck_data()
 {

@@ -201,12 +201,14 @@ void TestCurvePage::recordLoading_data()
     QTest::newRow("wrong types read as zero")
         << QByteArray(R"({"laser_power_node": 2, "power_nodes_data": ["x", [true, "7"]]})")
         << "tableWidget_laserpower" << QStringList {"1:0.00,0", "2:0.00,0"} << 0;
+    const QStringList tenRows {"1:0.00,0", "2:0.00,0", "3:0.00,0", "4:0.00,0", "5:0.00,0",
+        "6:0.00,0", "7:0.00,0", "8:0.00,0", "9:0.00,0", "10:0.00,0"};
+    QTest::newRow("ten nodes, the most the combo offers")
+        << QByteArray(R"({"laser_power_node": 10, "power_nodes_data": []})")
+        << "tableWidget_laserpower" << tenRows << 8;
     QTest::newRow("huge node count is capped at ten rows")
         << QByteArray(R"({"laser_power_node": 1e300, "power_nodes_data": []})")
-        << "tableWidget_laserpower"
-        << QStringList {"1:0.00,0", "2:0.00,0", "3:0.00,0", "4:0.00,0", "5:0.00,0", "6:0.00,0",
-               "7:0.00,0", "8:0.00,0", "9:0.00,0", "10:0.00,0"}
-        << -1;
+        << "tableWidget_laserpower" << tenRows << -1;
 }
 
 void TestCurvePage::recordLoading()
@@ -239,9 +241,9 @@ void TestCurvePage::portLookup_data()
     QTest::newRow("all ports assigned")
         << QByteArray(kAllPortsIo) << QStringList {"GO1", "AO2", "GO3", "AO4"}
         << QList<bool> {true, true, true, true};
-    QTest::newRow("port assigned but switched off")
+    QTest::newRow("port switched off or without its switch")
         << QByteArray(R"({"power_enabled": false, "power_port": "GO1",
-            "wire_speed_enabled": true, "wire_speed_port": "AO2"})")
+            "wire_speed_enabled": true, "wire_speed_port": "AO2", "frequency_port": "GO3"})")
         << QStringList {none, "AO2", none, none} << QList<bool> {false, true, false, false};
     QTest::newRow("null or missing port")
         << QByteArray(R"({"power_enabled": true, "power_port": null, "frequency_enabled": true,
@@ -428,6 +430,9 @@ void TestCurvePage::showRecomputesChartsWithALine()
     PageUnderTest t;
     t.show();
     QVERIFY(t.controller.sent.isEmpty()); // nothing is computed on the first show
+    t.controller.repliesByCommand.insert("compute_curve_config",
+        json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 3, "intercept": 4}}}])")
+            .toArray());
     t.click("pushButton_compute_3");
     t.click("pushButton_compute");
     t.page.hide();
@@ -440,6 +445,8 @@ void TestCurvePage::showRecomputesChartsWithALine()
     QVERIFY(t.controller.sent.at(0).value.toObject().contains(QStringLiteral("laser_power_node")));
     QVERIFY(
         t.controller.sent.at(1).value.toObject().contains(QStringLiteral("laser_dutycycle_node")));
+    const auto *chart = t.child<CustomChart>("Chart_dutycycle");
+    QCOMPARE(QPair(chart->slope(), chart->intercept()), QPair(3.0, 4.0));
 }
 
 void TestCurvePage::editLock_data()

@@ -219,6 +219,12 @@ void TestCustomChart::drawsFrameTicksDotsAndClippedLine()
     // x tick at 1: px 81, 5 px up from the bottom edge; nothing beside it.
     QVERIFY(darkNear(image, 81, 230));
     QVERIFY(!isDark(image, 86, 230));
+    // The top y tick's label "10" left of the frame's top corner.
+    bool topLabel = false;
+    for (int y = 18; y < 32; ++y)
+        for (int x = 8; x < 28; ++x)
+            topLabel = topLabel || isDark(image, x, y);
+    QVERIFY(topLabel);
     // The dot of (8, 2): centre (298, 191), radius 3.
     QVERIFY(isDark(image, 298, 191));
     QVERIFY(!isDark(image, 304, 191));

@@ -178,6 +178,7 @@ void TestHardwareKeys::releaseOfPressOnlyKeys_data()
     // Work mode reads the controller's mode before it looks at the flag.
     QTest::newRow("work mode") << "Work mode" << QStringList {kVirtualStatus};
     QTest::newRow("red light") << "Red Light" << QStringList();
+    QTest::newRow("protect gas") << "ProtectGas" << QStringList();
 }
 
 void TestHardwareKeys::releaseOfPressOnlyKeys()

@@ -110,6 +110,7 @@ void TestInstructionEditors::badLineKeepsTheForm_data()
         {"control characters", "LsMoveCF", "\x01(\x02\x7f"},
         {"unknown weld data", "LsParaSet", "LsParaSet(\"LsData31\");"},
         {"unquoted weld data", "LsParaSet", "LsParaSet(LsData2);"},
+        {"weld data of another instruction", "LsParaSet", "LaserOn(\"LsData2\");"},
     };
     for (const auto &r : rows)
         QTest::newRow(r.row) << QString::fromLatin1(r.name) << QString::fromLatin1(r.line);

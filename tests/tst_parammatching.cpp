@@ -2,7 +2,6 @@
 #include "parampagefixture.h"
 #include "support/leveltexts.h"
 #include "support/testenvironment.h"
-#include "widget/headerwidgetview.h"
 #include "widget/switchbutton.h"
 
 #include <QJsonArray>
@@ -118,7 +117,6 @@ class TestParamMatching : public QObject
 private slots:
     void init() { testenv::resetLogFile(); }
 
-    void editorHostsTheSwitchesInTheHeader();
     void validation_data();
     void validation();
     void missingSwitchesCountAsOnButAreWrittenOff();
@@ -132,19 +130,6 @@ private slots:
     void savingAMatchingSet();
     void openingAnAbsentSetKeepsTheTable();
 };
-
-void TestParamMatching::editorHostsTheSwitchesInTheHeader()
-{
-    ParamPageFixture t;
-    QTableWidget *table = editorTable(t);
-
-    auto *header = dynamic_cast<HeaderWidgetView *>(table->horizontalHeader());
-    QVERIFY(header);
-    QCOMPARE(header->sectionWidget(2)->objectName(), QStringLiteral("pushButton_power_enable"));
-    QCOMPARE(header->sectionWidget(3)->objectName(), QStringLiteral("pushButton_frequency_enable"));
-    QCOMPARE(header->sectionWidget(4)->objectName(), QStringLiteral("pushButton_dutycycle_enable"));
-    QVERIFY(!header->sectionWidget(0) && !header->sectionWidget(1));
-}
 
 void TestParamMatching::validation_data()
 {

@@ -1,12 +1,9 @@
 #include "page/portcatalogue.h"
-#include "support/scriptedcontroller.h"
 #include "support/straightforwardportorder.h"
 
 #include <QRandomGenerator>
 #include <QTest>
 #include <QVariant>
-
-#include <functional>
 
 namespace {
 
@@ -59,8 +56,6 @@ private slots:
     void largeListsAreInOrder_data();
     void largeListsAreInOrder();
     void inconsistentNamesStillYieldAPermutation();
-    void eachTypeAsksTheHostAgain_data();
-    void eachTypeAsksTheHostAgain();
 };
 
 void TestPortCatalogue::naturalComparison_data()
@@ -207,30 +202,6 @@ void TestPortCatalogue::inconsistentNamesStillYieldAPermutation()
     std::sort(sorted.begin(), sorted.end());
     std::sort(names.begin(), names.end());
     QCOMPARE(sorted, names);
-}
-
-void TestPortCatalogue::eachTypeAsksTheHostAgain_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<int>("operation");
-    const char *types[] = {"AI", "AO", "DI", "DO", "GI", "GO"};
-    for (int i = 0; i < 6; ++i)
-        QTest::newRow(types[i]) << QString::fromLatin1(types[i]) << i;
-}
-
-void TestPortCatalogue::eachTypeAsksTheHostAgain()
-{
-    QFETCH(QString, type);
-    QFETCH(int, operation);
-    const std::function<QStringList()> operations[]
-        = {PortCatalogue::analogInputs, PortCatalogue::analogOutputs, PortCatalogue::digitalInputs,
-            PortCatalogue::digitalOutputs, PortCatalogue::groupInputs, PortCatalogue::groupOutputs};
-
-    ScriptedController controller;
-    controller.ports[type] = QStringList {type + "10", type + "2"};
-    QCOMPARE(operations[operation](), (QStringList {type + "2", type + "10"}));
-    controller.ports[type].append(type + "1");
-    QCOMPARE(operations[operation](), (QStringList {type + "1", type + "2", type + "10"}));
 }
 
 QTEST_GUILESS_MAIN(TestPortCatalogue)

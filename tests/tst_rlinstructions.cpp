@@ -71,6 +71,11 @@ void TestRlInstructions::registersInOrder()
         seen.append((QStringList {call.operation} + args).join(QLatin1Char('|')));
     }
     QCOMPARE(seen, expected);
+
+    // Registering again, as a second afterInit does, completes the entries instead of adding.
+    RlLaserWeldDefine again;
+    QCOMPARE(kelplugin::rlCatalog().groups().size(), 1);
+    QCOMPARE(kelplugin::rlCatalog().instructions().size(), names.size());
 }
 
 void TestRlInstructions::patterns_data()

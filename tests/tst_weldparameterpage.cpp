@@ -80,6 +80,7 @@ private slots:
     void savedSetKeepsTheFixedValues();
     void saveReply_data();
     void saveReply();
+    void saveChecksTheLevelOfTheMoment();
     void dependentWidgets_data();
     void dependentWidgets();
     void weldModeSwitchesTheWire_data();
@@ -186,8 +187,8 @@ void TestWeldParameterPage::openingASet_data()
         << QJsonObject {{"LsData11", storedSet("LsData11")}} << 1500 << "" << true << 0;
     QTest::newRow("absent keys give 0, off and empty")
         << json(R"({"LsData12": {"welding_speed": 30}})") << 0 << "" << false << 0;
-    QTest::newRow("unknown wire mode falls back to the first")
-        << json(R"({"LsData12": {"laser_power_weld": 99999, "wire_mode_start": 17}})") << 9999 << ""
+    QTest::newRow("wire mode one past the last falls back to the first")
+        << json(R"({"LsData12": {"laser_power_weld": 99999, "wire_mode_start": 3}})") << 9999 << ""
         << false << 0;
 }
 
@@ -302,6 +303,20 @@ void TestWeldParameterPage::saveReply()
     QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
     QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), 2222);
     QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData5"));
+}
+
+void TestWeldParameterPage::saveChecksTheLevelOfTheMoment()
+{
+    // The level may drop while the editor is open, with Save still enabled for the old one.
+    ParamPageFixture t;
+    t.show();
+    t.open(0, 4);
+    t.controller.userLevel = 2;
+
+    t.save();
+
+    QCOMPARE(testenv::shownMessages(t.shell), QStringList {"1|Insufficient user permissions!"});
+    QVERIFY(t.controller.sent.isEmpty());
 }
 
 void TestWeldParameterPage::dependentWidgets_data()

@@ -76,6 +76,8 @@ public:
     void setLine(double slope, double intercept);
     void setAxisLabels(const QString &xLabel, const QString &yLabel);
     bool hasLine() const { return m_hasLine; }
+    double slope() const { return m_slope; }
+    double intercept() const { return m_intercept; }
 
     // Paints the chart as paintEvent does, onto any device of the widget's size.
     void paint(QPainter &painter) const;
