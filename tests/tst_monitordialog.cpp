@@ -180,9 +180,6 @@ void TestMonitorDialog::runLabelFollowsTheStream_data()
         << QJsonObject {{"line", 3}, {"phase", "weld"}, {"laser", "simulated"}}
         << QStringLiteral("Line 3 · Weld") << QStringLiteral("Laser SIMULATED")
         << QStringLiteral("simulated");
-    QTest::newRow("laser on") << QJsonObject {{"line", 2}, {"phase", "start"}, {"laser", "on"}}
-                              << QStringLiteral("Line 2 · Start") << QStringLiteral("Laser on")
-                              << QStringLiteral("on");
     QTest::newRow("idle") << QJsonObject {{"line", 0}, {"phase", "idle"}, {"laser", "off"}}
                           << QStringLiteral("No program running · Idle")
                           << QStringLiteral("Laser off") << QStringLiteral("off");

@@ -92,8 +92,6 @@ void TestWeldRecords::showingFillsListFromController_data()
         << QJsonValue(QJsonObject {{"welds", QJsonArray {1, "a", QJsonObject {{"program", "p"}}}}})
         << QList<QStringList> {{"", "p", "0", "", "", "0.00", "0.0", "0.00", "0.0", ""}}
         << noTotals;
-    QTest::newRow("no records at all")
-        << QJsonValue(QJsonValue::Undefined) << QList<QStringList> {} << noTotals;
     QTest::newRow("not an object")
         << QJsonValue(QJsonArray {1, 2}) << QList<QStringList> {} << noTotals;
 }
@@ -132,8 +130,6 @@ void TestWeldRecords::csvRowsFromRecord_data()
         << QJsonValue(QJsonObject {{"samples",
                QJsonArray {QJsonObject {{"t", "5"}, {"power", "x"}}, 7, QJsonObject {}}}})
         << QByteArray("3,0,0,0,0,0,0\n3,0,0,0,0,0,0\n");
-    QTest::newRow("samples not an array")
-        << QJsonValue(QJsonObject {{"samples", 4}}) << QByteArray();
     QTest::newRow("not an object") << QJsonValue(QJsonValue::Undefined) << QByteArray();
 }
 
