@@ -109,6 +109,7 @@ private slots:
     void oddProgramsEnd_data();
     void oddProgramsEnd();
     void stepWaitsAfterEachLine();
+    void runsInRealTimeScaledByTheFactor();
     void pointPositions();
     void damagedWeldRecordsAreKeptAside();
 };
@@ -503,6 +504,18 @@ void TestWeldRun::stepWaitsAfterEachLine()
     cell.runner->advance(5000);
     QCOMPARE(cell.sim.robotPosition(), cell.sim.pointPosition("p20"));
     QCOMPARE(cell.runner->state(), ProgramRunner::State::Idle);
+}
+
+void TestWeldRun::runsInRealTimeScaledByTheFactor()
+{
+    Cell cell;
+    cell.runner->setRealTime(true);
+    cell.runner->setSpeedFactor(100.0);
+    QSignalSpy finished(cell.runner, &ProgramRunner::finished);
+    // Two simulated seconds: 20 ms at a hundredfold speed, far from the time-out either way.
+    QVERIFY(cell.runner->run({toP10}));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 2000);
+    QCOMPARE(cell.sim.robotPosition(), cell.sim.pointPosition("p10"));
 }
 
 void TestWeldRun::pointPositions()

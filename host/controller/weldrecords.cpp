@@ -3,6 +3,8 @@
 #include "recordschema.h"
 #include "recordstore.h"
 
+#include <QJsonDocument>
+
 namespace kelcontroller {
 
 namespace {
@@ -29,6 +31,17 @@ QJsonArray sampleRows(const QVector<MonitorSample> &samples)
             WeldMonitor::rounded(s.frequency), WeldMonitor::rounded(s.duty),
             WeldMonitor::rounded(s.wire), WeldMonitor::rounded(s.speed)});
     return rows;
+}
+
+QByteArray compact(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QJsonObject withoutSamples(QJsonObject weld)
+{
+    weld.remove(samplesKey);
+    return weld;
 }
 
 bool isWeld(const QJsonValue &value)
@@ -67,10 +80,13 @@ QString WeldRecords::load()
         for (const QJsonValue &w : welds)
             ok = ok && isWeld(w);
         if (ok) {
-            m_welds = welds;
             m_totals = totals;
-            for (const QJsonValue &w : welds)
+            for (const QJsonValue &w : welds) {
+                m_welds.append({withoutSamples(w.toObject()), compact(w.toObject())});
                 m_nextId = std::max(m_nextId, w.toObject().value(idKey).toInt() + 1);
+            }
+            while (m_welds.size() > kept)
+                m_welds.removeLast();
             return QString();
         }
         error = QStringLiteral("%1 does not hold weld records").arg(m_store->filePath());
@@ -105,7 +121,7 @@ bool WeldRecords::add(const Weld &weld, QString *error)
         {QStringLiteral("completed"), weld.completed},
         {samplesKey, sampleRows(weld.samples.mid(0, maxSamples))},
     };
-    m_welds.prepend(entry);
+    m_welds.prepend({withoutSamples(entry), compact(entry)});
     while (m_welds.size() > kept)
         m_welds.removeLast();
     const auto total
@@ -119,26 +135,36 @@ bool WeldRecords::add(const Weld &weld, QString *error)
         *error = QStringLiteral("%1 is damaged and kept for inspection").arg(filePath());
         return false;
     }
-    return m_store->write(QJsonObject {{totalsKey, m_totals}, {weldsKey, m_welds}}, error);
+    return write(error);
+}
+
+bool WeldRecords::write(QString *error) const
+{
+    QByteArray bytes = "{\"" + totalsKey.toLatin1() + "\":" + compact(m_totals) + ",\""
+        + weldsKey.toLatin1() + "\":[";
+    for (int i = 0; i < m_welds.size(); ++i) {
+        if (i > 0)
+            bytes += ",\n";
+        bytes += m_welds.at(i).json;
+    }
+    bytes += "]}\n";
+    return m_store->write(bytes, error);
 }
 
 QJsonObject WeldRecords::list() const
 {
     QJsonArray summaries;
-    for (const QJsonValue &w : m_welds) {
-        QJsonObject summary = w.toObject();
-        summary.remove(samplesKey);
-        summaries.append(summary);
-    }
+    for (const Entry &w : m_welds)
+        summaries.append(w.summary);
     return QJsonObject {{totalsKey, m_totals}, {weldsKey, summaries}};
 }
 
 QJsonValue WeldRecords::weld(int id) const
 {
-    for (const QJsonValue &w : m_welds) {
-        QJsonObject entry = w.toObject();
-        if (entry.value(idKey).toInt() != id)
+    for (const Entry &w : m_welds) {
+        if (w.summary.value(idKey).toInt() != id)
             continue;
+        QJsonObject entry = QJsonDocument::fromJson(w.json).object();
         QJsonArray samples;
         for (const QJsonValue &row : entry.value(samplesKey).toArray()) {
             const QJsonArray r = row.toArray();

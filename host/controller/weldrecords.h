@@ -58,8 +58,18 @@ public:
     QJsonValue weld(int id) const;
 
 private:
+    // A logged weld: its summary, and the whole entry as the file holds it, serialised once so
+    // that logging a weld does not serialise the other 49 again.
+    struct Entry
+    {
+        QJsonObject summary;
+        QByteArray json;
+    };
+
+    bool write(QString *error) const;
+
     std::unique_ptr<RecordStore> m_store;
-    QJsonArray m_welds; // as in the file, newest first
+    QVector<Entry> m_welds; // newest first
     QJsonObject m_totals;
     int m_nextId = 1;
     bool m_blocked = false;
