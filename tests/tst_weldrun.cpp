@@ -97,6 +97,8 @@ private slots:
     void matchedValue();
     void cornerSpeed_data();
     void cornerSpeed();
+    void pathOfAMotion_data();
+    void pathOfAMotion();
     void weldRecord_data();
     void weldRecord();
     void rawOutput_data();
@@ -283,6 +285,36 @@ void TestWeldRun::weldRecord()
     QCOMPARE(samples.size(), duration / 50 + 1);
     // 350 ms after LaserOn: halfway up the start ramp.
     QCOMPARE(samples.at(7)["power"].toDouble(), 1125.0);
+}
+
+// From p10 (400, 0, 300), welded so that the record gives the length.
+void TestWeldRun::pathOfAMotion_data()
+{
+    QTest::addColumn<QString>("motion");
+    QTest::addColumn<QVector3D>("end");
+    QTest::addColumn<double>("length");
+
+    QTest::newRow("half circle") << "LsMoveC(Offs(p10,50,50,0), p20, v50, fine, tool0, wobj0);"
+                                 << QVector3D(500, 0, 300) << 157.1;
+    QTest::newRow("half circle, orientation held")
+        << "LsMoveCF(Offs(p10,50,50,0), p20, v50, fine, tool0, wobj0);" << QVector3D(500, 0, 300)
+        << 157.1;
+    QTest::newRow("tool frame points down")
+        << "LsMoveL(RelTool(p20,0,10,-50), v50, fine, tool0, wobj0);" << QVector3D(500, -10, 350)
+        << 112.2;
+}
+
+void TestWeldRun::pathOfAMotion()
+{
+    QFETCH(QString, motion);
+    QFETCH(QVector3D, end);
+    QFETCH(double, length);
+
+    Cell cell;
+    QVERIFY(cell.runner->run({toP10, "LaserOn(\"LsData1\");", motion, "LaserOff;"}));
+    cell.runner->advance(20000);
+    QCOMPARE(cell.sim.robotPosition(), end);
+    QCOMPARE(cell.sim.getKelServiceData("weld_record.1")["length_mm"].toDouble(), length);
 }
 
 void TestWeldRun::rawOutput_data()
