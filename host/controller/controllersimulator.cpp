@@ -2,9 +2,11 @@
 
 #include "curvefit.h"
 #include "factoryrecords.h"
+#include "outputcalibration.h"
+#include "programrunner.h"
 #include "recordschema.h"
 #include "recordstore.h"
-#include "weldmonitor.h"
+#include "weldrecords.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -12,6 +14,8 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTimer>
+
+#include <cmath>
 
 namespace kelcontroller {
 
@@ -23,6 +27,9 @@ const QString virtualKey = QStringLiteral("virtual_welding_status");
 const QString redLightKey = QStringLiteral("weld_redlight_status");
 const QString monitorKey = QStringLiteral("weld_monitor_data");
 const QString pointsKey = QStringLiteral("points");
+const QString positionsKey = QStringLiteral("point_positions");
+const QString weldRecordsKey = QStringLiteral("weld_records");
+const QString weldRecordKey = QStringLiteral("weld_record");
 const QString ioKey = QStringLiteral("weld_io_config");
 const QString settingKey = QStringLiteral("weld_setting_config");
 const QString curveKey = QStringLiteral("weld_curve_config");
@@ -63,23 +70,10 @@ QStringList numbered(const QString &prefix, const QList<int> &numbers)
     return names;
 }
 
-const QStringList &tools()
-{
-    static const QStringList list {QStringLiteral("tool0"), QStringLiteral("tool1")};
-    return list;
-}
-
-const QStringList &wobjs()
-{
-    static const QStringList list {QStringLiteral("wobj0"), QStringLiteral("wobj1")};
-    return list;
-}
-
 } // namespace
 
 ControllerSimulator::ControllerSimulator(const QString &dataDir, QObject *parent)
     : kelplugin::ControllerBackend(parent)
-    , m_monitor(new WeldMonitor)
     , m_gasTimer(new QTimer(this))
     , m_activeWeldData(QStringLiteral("LsData1"))
 {
@@ -88,9 +82,20 @@ ControllerSimulator::ControllerSimulator(const QString &dataDir, QObject *parent
         : dataDir;
     m_store.reset(
         new RecordStore(QDir(dir).absoluteFilePath(QStringLiteral("kelcontroller.json"))));
+    m_weldRecords.reset(
+        new WeldRecords(QDir(dir).absoluteFilePath(QStringLiteral("kelweldrecords.json"))));
+    m_runner = new ProgramRunner(this, m_weldRecords.get());
+    connect(m_runner, &ProgramRunner::stateChanged, this, &ControllerSimulator::stateChanged);
+    connect(m_runner, &ProgramRunner::lineChanged, this, &ControllerSimulator::stateChanged);
     m_gasTimer->setSingleShot(true);
     connect(m_gasTimer, &QTimer::timeout, this, [this] { setGasOpen(false); });
     load();
+    const QString recordsProblem = m_weldRecords->load();
+    if (!recordsProblem.isEmpty()) {
+        m_lastError = recordsProblem;
+        QMetaObject::invokeMethod(
+            this, [this, recordsProblem] { emit problem(recordsProblem); }, Qt::QueuedConnection);
+    }
 }
 
 ControllerSimulator::~ControllerSimulator() = default;
@@ -121,6 +126,7 @@ void ControllerSimulator::load()
     for (const QString &key : recordKeys())
         m_records.insert(key, FactoryRecords::record(key));
     m_points = FactoryRecords::points();
+    m_positions = FactoryRecords::pointPositions();
 
     QJsonObject doc;
     QString error;
@@ -164,6 +170,7 @@ void ControllerSimulator::load()
         } else if (!points.isUndefined()) {
             damage.append(QStringLiteral("%1 is not an array").arg(pointsKey));
         }
+        loadPointPositions(doc, &damage);
     }
     // The laser is never armed after a restart, whatever the file says.
     QJsonObject settings = m_records.value(settingKey);
@@ -195,6 +202,34 @@ void ControllerSimulator::load()
         this, [this, text] { emit problem(text); }, Qt::QueuedConnection);
 }
 
+// Files written before points had positions get the factory positions of the factory points.
+void ControllerSimulator::loadPointPositions(const QJsonObject &doc, QStringList *damage)
+{
+    const QJsonValue value = doc.value(positionsKey);
+    if (value.isUndefined())
+        return;
+    m_positions.clear();
+    if (!value.isObject()) {
+        damage->append(QStringLiteral("%1 is not an object").arg(positionsKey));
+        return;
+    }
+    const QJsonObject positions = value.toObject();
+    bool allPositions = true;
+    for (auto it = positions.constBegin(); it != positions.constEnd(); ++it) {
+        const QJsonArray xyz = it.value().toArray();
+        bool ok = xyz.size() == 3;
+        for (int i = 0; ok && i < 3; ++i)
+            ok = RecordSchema::isFiniteNumber(xyz.at(i)) && qAbs(xyz.at(i).toDouble()) < 1e6;
+        if (ok)
+            m_positions.insert(it.key(),
+                QVector3D(float(xyz.at(0).toDouble()), float(xyz.at(1).toDouble()),
+                    float(xyz.at(2).toDouble())));
+        allPositions = allPositions && ok;
+    }
+    if (!allPositions)
+        damage->append(QStringLiteral("%1 holds entries that are not [x, y, z]").arg(positionsKey));
+}
+
 QJsonObject ControllerSimulator::document() const
 {
     QJsonObject doc;
@@ -202,6 +237,10 @@ QJsonObject ControllerSimulator::document() const
         doc.insert(key, m_records.value(key));
     doc.insert(statusKey, QJsonObject {{virtualKey, m_virtualWelding}});
     doc.insert(pointsKey, QJsonArray::fromStringList(m_points));
+    QJsonObject positions;
+    for (auto it = m_positions.constBegin(); it != m_positions.constEnd(); ++it)
+        positions.insert(it.key(), QJsonArray {it.value().x(), it.value().y(), it.value().z()});
+    doc.insert(positionsKey, positions);
     return doc;
 }
 
@@ -298,7 +337,74 @@ void ControllerSimulator::injectMalformedElement()
 
 bool ControllerSimulator::isMonitorRunning() const
 {
-    return m_monitor->isRunning();
+    return m_runner->monitor()->isRunning();
+}
+
+const QStringList &ControllerSimulator::knownTools()
+{
+    static const QStringList list {QStringLiteral("tool0"), QStringLiteral("tool1")};
+    return list;
+}
+
+const QStringList &ControllerSimulator::knownWobjs()
+{
+    static const QStringList list {QStringLiteral("wobj0"), QStringLiteral("wobj1")};
+    return list;
+}
+
+const QVector<ControllerSimulator::AnalogSignal> &ControllerSimulator::analogSignals()
+{
+    static const QVector<AnalogSignal> list {
+        {QStringLiteral("power_port"), QStringLiteral("power_type"),
+            QStringLiteral("power_enabled"), 0},
+        {QStringLiteral("frequency_port"), QStringLiteral("frequency_type"),
+            QStringLiteral("frequency_enabled"), 2},
+        {QStringLiteral("duty_cycle_port"), QStringLiteral("duty_cycle_type"),
+            QStringLiteral("duty_cycle_enabled"), 3},
+        {QStringLiteral("wire_speed_port"), QStringLiteral("wire_speed_type"),
+            QStringLiteral("wire_speed_enabled"), 1},
+    };
+    return list;
+}
+
+QVector3D ControllerSimulator::robotPosition() const
+{
+    return m_runner->position();
+}
+
+QList<ControllerSimulator::PortValue> ControllerSimulator::assignedOutputs() const
+{
+    const QJsonObject io = m_records.value(ioKey);
+    const ProgramRunner::Outputs live = m_runner->outputs();
+    QList<PortValue> list;
+    // Rows without a switch are always live; the others only when switched on.
+    const auto digital = [&](const char *signal, const char *enabled, bool on) {
+        const QString port = io.value(QLatin1String(signal)).toString();
+        if (!port.isEmpty() && (!enabled || io.value(QLatin1String(enabled)).toBool()))
+            list.append({QLatin1String(signal), port, on ? 1.0 : 0.0});
+    };
+    digital("laser_enable_port", nullptr, live.laser);
+    digital("gas_protect_port", nullptr, live.gas || m_gasOpen);
+    digital("red_light_port", "red_light_enabled", m_redLight);
+    digital("wire_feed_port", "wire_feed_enabled", live.wire != 0.0);
+    digital("retract_direction_port", "retract_direction_enabled", live.wire < 0.0);
+    digital("manual_wire_feed_port", "manual_wire_feed_enabled", m_feeder == Feeder::Feeding);
+    digital("manual_retract_port", "manual_retract_enabled", m_feeder == Feeder::Retracting);
+    const double physical[] = {live.power, live.frequency, live.duty, std::abs(live.wire)};
+    const QJsonObject curves = m_records.value(curveKey);
+    for (int i = 0; i < analogSignals().size(); ++i) {
+        const AnalogSignal &a = analogSignals().at(i);
+        const QString port = io.value(a.portKey).toString();
+        if (port.isEmpty() || !io.value(a.enabledKey).toBool())
+            continue;
+        OutputCalibration calibration;
+        QString error;
+        double raw = calibration.load(curves, a.curve, &error) ? calibration.raw(physical[i]) : 0.0;
+        if (io.value(a.typeKey).toInt() == 1)
+            raw = std::round(raw);
+        list.append({a.portKey, port, raw});
+    }
+    return list;
 }
 
 void ControllerSimulator::setActiveWeldData(const QString &setName)
@@ -572,12 +678,7 @@ QJsonObject ControllerSimulator::onComputeCurve(const QJsonValue &payload)
             continue;
         if (!nodes.isArray())
             return refused(BadPayload, QStringLiteral("%1 must be an array").arg(c.nodesKey));
-        QJsonArray rows = nodes.toArray();
-        // The node count says how many rows of the table are in use.
-        const QJsonValue count = curve.value(c.countKey);
-        if (RecordSchema::isInteger(count, 0, rows.size()))
-            while (rows.size() > count.toInt())
-                rows.removeLast();
+        const QJsonArray rows = CurveFit::usedRows(nodes.toArray(), curve.value(c.countKey));
         CurveFit fit;
         if (!fit.fit(rows))
             return refused(BadPayload, fit.error());
@@ -629,12 +730,12 @@ QJsonObject ControllerSimulator::onMonitor(const QJsonValue &payload)
     const QJsonObject bad = needBool(payload);
     if (!bad.isEmpty())
         return bad;
-    if (payload.toBool() == m_monitor->isRunning())
+    if (payload.toBool() == m_runner->monitor()->isRunning())
         return accepted();
     if (payload.toBool())
-        m_monitor->start();
+        m_runner->monitor()->start();
     else
-        m_monitor->stop();
+        m_runner->monitor()->stop();
     emit stateChanged();
     return accepted();
 }
@@ -644,19 +745,28 @@ QJsonValue ControllerSimulator::getKelServiceData(const QString &key)
     if (!m_connected)
         return QJsonValue(QJsonValue::Undefined);
     if (key == monitorKey) {
-        if (!m_monitor->isRunning())
+        if (!m_runner->monitor()->isRunning())
             return QJsonValue(QJsonValue::Undefined);
-        const QJsonObject set = m_records.value(paramKey).value(m_activeWeldData).toObject();
-        return m_monitor->current(m_activeWeldData, set, m_weldingEnabled);
+        return m_runner->monitorStream(m_activeWeldData, m_weldingEnabled);
     }
 
     const QStringList path = key.split(QLatin1Char('.'));
     QJsonValue value;
-    if (path.first() == statusKey)
+    int member = 1;
+    bool isId = false;
+    if (path.first() == weldRecordsKey) {
+        value = m_weldRecords->list();
+    } else if (path.first() == weldRecordKey && path.size() > 1) {
+        const int id = path.at(1).toInt(&isId);
+        if (isId)
+            value = m_weldRecords->weld(id);
+        member = 2;
+    } else if (path.first() == statusKey) {
         value = QJsonObject {{virtualKey, m_virtualWelding}, {redLightKey, m_redLight}};
-    else if (m_records.contains(path.first()))
+    } else if (m_records.contains(path.first())) {
         value = m_records.value(path.first());
-    for (int i = 1; i < path.size() && !value.isUndefined(); ++i)
+    }
+    for (int i = member; i < path.size() && !value.isUndefined(); ++i)
         value = value.isObject() ? value.toObject().value(path.at(i))
                                  : QJsonValue(QJsonValue::Undefined);
     if (value.isUndefined() || value.isNull())
@@ -674,8 +784,8 @@ bool ControllerSimulator::disconnectKelServiceData(
         return false;
     }
     // The stream has no reader left: the controller stops producing it.
-    if (m_monitor->isRunning()) {
-        m_monitor->stop();
+    if (m_runner->monitor()->isRunning()) {
+        m_runner->monitor()->stop();
         emit stateChanged();
     }
     return true;
@@ -717,14 +827,27 @@ bool ControllerSimulator::addCurrentPoint(
     static const QRegularExpression identifier(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]{0,31}$"));
     if (!m_connected || !identifier.match(name).hasMatch())
         return false;
-    if ((!tool.isEmpty() && !tools().contains(tool))
-        || (!wobj.isEmpty() && !wobjs().contains(wobj)))
+    if ((!tool.isEmpty() && !knownTools().contains(tool))
+        || (!wobj.isEmpty() && !knownWobjs().contains(wobj)))
         return false;
-    if (m_points.contains(name))
-        return overwrite;
-    m_points.append(name);
+    const bool known = m_points.contains(name);
+    if (known && !overwrite)
+        return false;
+    const QVector3D here = robotPosition();
+    if (known && m_positions.contains(name) && m_positions.value(name) == here)
+        return true;
+    const QHash<QString, QVector3D> oldPositions = m_positions;
+    if (!known)
+        m_points.append(name);
+    m_positions.insert(name, here);
     QJsonObject entry;
-    if (!persistOrUndo([this] { m_points.removeLast(); }, &entry))
+    if (!persistOrUndo(
+            [this, known, oldPositions] {
+                if (!known)
+                    m_points.removeLast();
+                m_positions = oldPositions;
+            },
+            &entry))
         return false;
     emit stateChanged();
     return true;
@@ -748,22 +871,22 @@ QStringList ControllerSimulator::getSpeedList()
 
 QStringList ControllerSimulator::getWobjList()
 {
-    return m_connected ? wobjs() : QStringList();
+    return m_connected ? knownWobjs() : QStringList();
 }
 
 QStringList ControllerSimulator::getToolList()
 {
-    return m_connected ? tools() : QStringList();
+    return m_connected ? knownTools() : QStringList();
 }
 
 QString ControllerSimulator::getCurWobj()
 {
-    return m_connected ? wobjs().first() : QString();
+    return m_connected ? knownWobjs().first() : QString();
 }
 
 QString ControllerSimulator::getCurTool()
 {
-    return m_connected ? tools().first() : QString();
+    return m_connected ? knownTools().first() : QString();
 }
 
 } // namespace kelcontroller

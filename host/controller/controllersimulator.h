@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
+#include <QVector3D>
 
 #include <functional>
 #include <memory>
@@ -15,8 +16,9 @@ class QTimer;
 
 namespace kelcontroller {
 
+class ProgramRunner;
 class RecordStore;
-class WeldMonitor;
+class WeldRecords;
 
 // A robot controller in-process: it keeps the laser welding records, persists them to one
 // JSON file, answers every command with the controller's reply envelope and can be told to
@@ -35,6 +37,23 @@ public:
         StoreFailed = 5,
     };
     enum class Feeder { Idle, Feeding, Retracting };
+
+    // An output signal of weld_io_config on its port with its live value: digital 0/1,
+    // analogue the calibrated raw value, group the raw value rounded.
+    struct PortValue
+    {
+        QString signal;
+        QString port;
+        double value;
+    };
+    // An analogue set-point: its row in weld_io_config and its calibration curve's index.
+    struct AnalogSignal
+    {
+        QString portKey;
+        QString typeKey;
+        QString enabledKey;
+        int curve;
+    };
 
     // An empty dataDir means the user's application data folder.
     explicit ControllerSimulator(const QString &dataDir = QString(), QObject *parent = nullptr);
@@ -75,6 +94,18 @@ public:
     QString activeWeldData() const { return m_activeWeldData; }
     void setActiveWeldData(const QString &setName);
 
+    // Runs weld programs in the simulated cell.
+    ProgramRunner *runner() const { return m_runner; }
+    QList<PortValue> assignedOutputs() const;
+    static const QVector<AnalogSignal> &analogSignals();
+    static const QStringList &knownTools();
+    static const QStringList &knownWobjs();
+
+    // Taught points' positions, mm in the work object frame; a point without one is (0,0,0).
+    bool hasPointPosition(const QString &name) const { return m_positions.contains(name); }
+    QVector3D pointPosition(const QString &name) const { return m_positions.value(name); }
+    QVector3D robotPosition() const;
+
     // kelplugin::ControllerBackend
     QJsonArray commandCustomData(
         QObject *sender, const QString &pluginKey, const QJsonObject &command) override;
@@ -109,6 +140,7 @@ private:
     enum class Fault { None, ReturnCode, EmptyReply, MalformedElement };
 
     void load();
+    void loadPointPositions(const QJsonObject &doc, QStringList *damage);
     QJsonObject document() const;
     void report(const QString &text);
     QJsonArray answer(const QString &pluginKey, const QJsonObject &command);
@@ -134,10 +166,12 @@ private:
     void setFeeder(Feeder state);
 
     std::unique_ptr<RecordStore> m_store;
-    std::unique_ptr<WeldMonitor> m_monitor;
+    std::unique_ptr<WeldRecords> m_weldRecords;
+    ProgramRunner *m_runner = nullptr;
     QTimer *m_gasTimer = nullptr;
     QHash<QString, QJsonObject> m_records;
     QStringList m_points;
+    QHash<QString, QVector3D> m_positions;
     IoLayout m_layout;
     QString m_lastError;
     QString m_activeWeldData;

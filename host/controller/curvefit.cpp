@@ -1,8 +1,19 @@
 #include "curvefit.h"
 
+#include "recordschema.h"
+
 #include <cmath>
 
 namespace kelcontroller {
+
+QJsonArray CurveFit::usedRows(const QJsonArray &rows, const QJsonValue &count)
+{
+    QJsonArray used = rows;
+    if (RecordSchema::isInteger(count, 0, rows.size()))
+        while (used.size() > count.toInt())
+            used.removeLast();
+    return used;
+}
 
 bool CurveFit::fit(const QJsonArray &nodes)
 {

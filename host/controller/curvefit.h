@@ -12,6 +12,9 @@ namespace kelcontroller {
 class KELPLUGIN_EXPORT CurveFit
 {
 public:
+    // The rows of a curve table in use: as many as the node count says, all when the count is
+    // not a whole number within the table.
+    static QJsonArray usedRows(const QJsonArray &rows, const QJsonValue &count);
     // Fits nodes; false, with error set, for fewer than two usable rows or equal raw values.
     bool fit(const QJsonArray &nodes);
 

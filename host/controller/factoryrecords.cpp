@@ -202,6 +202,13 @@ QStringList FactoryRecords::points()
     return {QStringLiteral("p10"), QStringLiteral("p20"), QStringLiteral("p30")};
 }
 
+QHash<QString, QVector3D> FactoryRecords::pointPositions()
+{
+    return {{QStringLiteral("p10"), QVector3D(400.0f, 0.0f, 300.0f)},
+        {QStringLiteral("p20"), QVector3D(500.0f, 0.0f, 300.0f)},
+        {QStringLiteral("p30"), QVector3D(500.0f, 100.0f, 300.0f)}};
+}
+
 QJsonObject FactoryRecords::record(const QString &key)
 {
     if (key == QLatin1String("weld_io_config"))

@@ -2,8 +2,10 @@
 
 #include "kelplugin/kelplugin_global.h"
 
+#include <QHash>
 #include <QJsonObject>
 #include <QStringList>
+#include <QVector3D>
 
 namespace kelcontroller {
 
@@ -18,6 +20,9 @@ public:
     static QJsonObject paramConfig();
     static QJsonObject paramMatch();
     static QStringList points();
+    // Where the factory points are, mm in the work object frame: a 100 mm seam along x, then
+    // 100 mm along y.
+    static QHash<QString, QVector3D> pointPositions();
 
     // By record key (weld_io_config, ...); an empty object for an unknown key.
     static QJsonObject record(const QString &key);

@@ -64,6 +64,11 @@ QString RecordStore::keepAside(QString *error) const
 
 bool RecordStore::write(const QJsonObject &document, QString *error) const
 {
+    return write(QJsonDocument(document).toJson(QJsonDocument::Indented), error);
+}
+
+bool RecordStore::write(const QByteArray &bytes, QString *error) const
+{
     const QFileInfo info(m_filePath);
     if (!QDir().mkpath(info.absolutePath())) {
         *error = QStringLiteral("the folder %1 cannot be created").arg(info.absolutePath());
@@ -74,7 +79,6 @@ bool RecordStore::write(const QJsonObject &document, QString *error) const
         *error = QStringLiteral("%1 cannot be written: %2").arg(m_filePath, file.errorString());
         return false;
     }
-    const QByteArray bytes = QJsonDocument(document).toJson(QJsonDocument::Indented);
     if (file.write(bytes) != bytes.size() || !file.commit()) {
         *error = QStringLiteral("%1 cannot be written: %2").arg(m_filePath, file.errorString());
         return false;

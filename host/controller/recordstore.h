@@ -24,6 +24,8 @@ public:
     // new path, or an empty string with error set.
     QString keepAside(QString *error) const;
     bool write(const QJsonObject &document, QString *error) const;
+    // The document already serialised.
+    bool write(const QByteArray &bytes, QString *error) const;
 
 private:
     QString m_filePath;

@@ -1,70 +1,65 @@
 #include "weldmonitor.h"
 
-#include "recordschema.h"
+#include <QJsonArray>
 
 #include <cmath>
 
 namespace kelcontroller {
 
-namespace {
-
-struct MonitorField
+void WeldMonitor::add(const MonitorSample &sample)
 {
-    const char *field;
-    const char *setKey;
-    double phase;
-};
-
-// Different phases so that the values do not rise and fall in lockstep.
-const MonitorField monitorFields[] = {
-    {"power", "laser_power_weld", 0.0},
-    {"frequency", "frequency_weld", 1.3},
-    {"duty_cycle", "duty_cycle_weld", 2.1},
-    {"wire_speed", "feeding_speed_run", 3.7},
-    {"weld_speed", "welding_speed", 4.9},
-};
-
-double setValue(const QJsonObject &set, const char *key)
-{
-    const QJsonValue value = set.value(QLatin1String(key));
-    if (!RecordSchema::isFiniteNumber(value))
-        return 0.0;
-    // Values from the controller's own file may be anything; keep them in a sane range.
-    return qBound(-1.0e9, value.toDouble(), 1.0e9);
-}
-
-} // namespace
-
-void WeldMonitor::start()
-{
-    if (!m_running)
-        m_clock.start();
-    m_running = true;
-}
-
-void WeldMonitor::stop()
-{
-    m_running = false;
-}
-
-QJsonObject WeldMonitor::sample(
-    const QString &setName, const QJsonObject &set, bool welding, qint64 elapsedMs)
-{
-    QJsonObject result {
-        {QStringLiteral("data_set"), setName}, {QStringLiteral("welding"), welding}};
-    const double t = double(elapsedMs) / 700.0;
-    for (const MonitorField &f : monitorFields) {
-        double value = setValue(set, f.setKey);
-        if (welding)
-            value *= 1.0 + maxDeviation * std::sin(t + f.phase);
-        result.insert(QLatin1String(f.field), std::round(value * 10.0) / 10.0);
+    if (m_ring.size() < capacity) {
+        m_ring.append(sample);
+        return;
     }
-    return result;
+    m_ring[m_head] = sample;
+    m_head = (m_head + 1) % capacity;
 }
 
-QJsonObject WeldMonitor::current(const QString &setName, const QJsonObject &set, bool welding) const
+QVector<MonitorSample> WeldMonitor::samples() const
 {
-    return sample(setName, set, welding, m_clock.isValid() ? m_clock.elapsed() : 0);
+    QVector<MonitorSample> ordered;
+    ordered.reserve(m_ring.size());
+    for (int i = 0; i < m_ring.size(); ++i)
+        ordered.append(m_ring.at((m_head + i) % m_ring.size()));
+    return ordered;
+}
+
+double WeldMonitor::rounded(double value)
+{
+    return std::round(value * 10.0) / 10.0;
+}
+
+QJsonObject WeldMonitor::toJson(const MonitorSample &s, qint64 origin)
+{
+    return QJsonObject {
+        {QStringLiteral("t"), double(s.t - origin)},
+        {QStringLiteral("power"), rounded(s.power)},
+        {QStringLiteral("frequency"), rounded(s.frequency)},
+        {QStringLiteral("duty_cycle"), rounded(s.duty)},
+        {QStringLiteral("wire_speed"), rounded(s.wire)},
+        {QStringLiteral("weld_speed"), rounded(s.speed)},
+    };
+}
+
+QJsonObject WeldMonitor::stream(const Status &status, const MonitorSample &now) const
+{
+    QJsonObject result = toJson(now);
+    result.remove(QStringLiteral("t"));
+    QJsonArray ring;
+    for (const MonitorSample &s : samples())
+        ring.append(toJson(s));
+    result.insert(QStringLiteral("data_set"), status.dataSet);
+    result.insert(QStringLiteral("welding"), status.welding);
+    result.insert(QStringLiteral("time_ms"), double(now.t));
+    result.insert(QStringLiteral("line"), status.line);
+    result.insert(QStringLiteral("phase"), status.phase);
+    result.insert(QStringLiteral("laser"), status.laser);
+    result.insert(QStringLiteral("matching"), status.matching);
+    result.insert(QStringLiteral("program"), status.program);
+    result.insert(QStringLiteral("sample_period_ms"), periodMs);
+    result.insert(QStringLiteral("samples"), ring);
+    return result;
 }
 
 } // namespace kelcontroller

@@ -2,33 +2,60 @@
 
 #include "kelplugin/kelplugin_global.h"
 
-#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QString>
+#include <QVector>
 
 namespace kelcontroller {
 
-// The live values of the "weld_monitor_data" stream. They follow the active weld data set
-// and, while welding is simulated, wander by up to two percent around it.
+// One sample of the process values: time (ms), power (W), frequency (Hz), duty cycle (%), wire
+// speed (mm/s, negative while retracting), path speed (mm/s).
+struct KELPLUGIN_EXPORT MonitorSample
+{
+    qint64 t = 0;
+    double power = 0.0;
+    double frequency = 0.0;
+    double duty = 0.0;
+    double wire = 0.0;
+    double speed = 0.0;
+};
+
+// The "weld_monitor_data" stream: the last samples in a ring and the object a reader gets.
 class KELPLUGIN_EXPORT WeldMonitor
 {
 public:
-    // Largest relative deviation from a set value while welding.
-    static constexpr double maxDeviation = 0.02;
+    static constexpr int periodMs = 50;
+    static constexpr int capacity = 100;
 
-    void start();
-    void stop();
+    // What the stream says besides the values.
+    struct Status
+    {
+        QString dataSet;
+        bool welding = false;
+        int line = 0; // 1-based, 0 when no program runs
+        QString phase;
+        QString laser;
+        QString matching;
+        QString program;
+    };
+
+    void start() { m_running = true; }
+    void stop() { m_running = false; }
     bool isRunning() const { return m_running; }
 
-    // One sample for the set named setName at elapsedMs since the stream started.
-    static QJsonObject sample(
-        const QString &setName, const QJsonObject &set, bool welding, qint64 elapsedMs);
-    // A sample now.
-    QJsonObject current(const QString &setName, const QJsonObject &set, bool welding) const;
+    void add(const MonitorSample &sample);
+    // Oldest first.
+    QVector<MonitorSample> samples() const;
+
+    // A sample as the stream and the weld records write it, t counted from origin.
+    static QJsonObject toJson(const MonitorSample &sample, qint64 origin = 0);
+    static double rounded(double value);
+    QJsonObject stream(const Status &status, const MonitorSample &now) const;
 
 private:
     bool m_running = false;
-    QElapsedTimer m_clock;
+    QVector<MonitorSample> m_ring;
+    int m_head = 0; // the oldest sample once the ring is full
 };
 
 } // namespace kelcontroller
