@@ -93,7 +93,6 @@ private slots:
     void init();
     void cleanup();
 
-    void keysHandedToThePendant();
     void lowLevelWiringIsRefusedOnPressAndRelease();
     void releaseOfPressOnlyKeys_data();
     void releaseOfPressOnlyKeys();
@@ -123,38 +122,6 @@ void TestHardwareKeys::init()
 void TestHardwareKeys::cleanup()
 {
     qInstallMessageHandler(m_previousHandler);
-}
-
-void TestHardwareKeys::keysHandedToThePendant()
-{
-    ScriptedController controller;
-    RecordingShell shell;
-    kelplugin::kelLaserWeld plugin;
-
-    plugin.initPhysicalButton();
-
-    QCOMPARE(testenv::logTexts(), QStringList {"I|kelLaserWeld::initPhysicalButton()"});
-    QCOMPARE(shell.calls.size(), 2);
-    QCOMPARE(shell.calls.at(0).function, QStringLiteral("CreatePhyButtonList"));
-    // Key, list name, sizes of the two lists, then the extra list: one empty string.
-    QCOMPARE(shell.calls.at(0).arguments,
-        (QStringList {"kellaserweld", "kellaserweld", "3", "2", QString()}));
-    QCOMPARE(shell.calls.at(1).function, QStringLiteral("ChangePhyButtonStatus"));
-    QCOMPARE(shell.calls.at(1).arguments, (QStringList {"kellaserweld", "kellaserweld", "true"}));
-
-    // The pendant finds keys by name and shows the icon pair named after each.
-    const QStringList names {"Work mode", "Wiring", "Red Light", "ProtectGas", "Retract Wire"};
-    const QStringList icons {"switchMode", "feedWire", "redLight", "gas", "pullWire"};
-    const auto buttons = shell.firstButtons + shell.secondButtons;
-    QCOMPARE(buttons.size(), names.size());
-    for (int i = 0; i < buttons.size(); ++i) {
-        QCOMPARE(buttons.at(i).name, names.at(i));
-        QCOMPARE(buttons.at(i).pressedIcon,
-            QStringLiteral(":/png/phybutton/%1Pressed.png").arg(icons.at(i)));
-        QCOMPARE(buttons.at(i).unpressedIcon,
-            QStringLiteral(":/png/phybutton/%1Unpressed.png").arg(icons.at(i)));
-        QVERIFY(bool(buttons.at(i).callback));
-    }
 }
 
 void TestHardwareKeys::lowLevelWiringIsRefusedOnPressAndRelease()

@@ -263,8 +263,6 @@ void TestParamMatching::parsing_data()
     QTest::newRow("text, fractions, huge and negative numbers")
         << powerData1(R"("power_data": [["10", 100.5, 1e300, -5]])") << "PowerData1" << 4 << true
         << QString() << Nodes {{0, 0, 0, 0}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}} << off;
-    QTest::newRow("empty process data") << QJsonObject() << "PowerData1" << 4 << false
-                                        << "Process data is empty" << untouched << unchanged;
     QTest::newRow("name absent") << json(R"({"PowerData2": {}})") << "PowerData1" << 4 << false
                                  << "PowerData PowerData1 not found" << untouched << unchanged;
     QTest::newRow("set that is no object")
@@ -276,13 +274,6 @@ void TestParamMatching::parsing_data()
     QTest::newRow("power_data that is no array")
         << powerData1(R"("power_data": "x")") << "PowerData1" << 4 << false
         << "'power_data' is not an array" << untouched << off;
-    QTest::newRow("empty name") << powerData1(R"()") << QString() << 4 << false
-                                << "PowerData parameter is empty" << untouched << unchanged;
-    QTest::newRow("no rows asked for")
-        << powerData1(R"()") << "PowerData1" << 0 << false << "Invalid position or size parameters"
-        << untouched << unchanged;
-    QTest::newRow("empty power_data") << powerData1(R"("power_data": [])") << "PowerData1" << 4
-                                      << false << "'power_data' array is empty" << untouched << off;
     QTest::newRow("only empty nodes")
         << powerData1(R"("power_data": [[], []])") << "PowerData1" << 4 << false
         << "No valid data found in 'power_data' array" << untouched << off;
