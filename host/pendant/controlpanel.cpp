@@ -6,17 +6,23 @@
 #include <QDir>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
+#include <QLocale>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTableWidget>
 #include <QTime>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
 constexpr int kMaxTraffic = 300;
+// Output values change with every sample of a weld (20 per second); the eye needs fewer.
+constexpr int kOutputRefreshMs = 100;
 
 QString compact(const QJsonValue &value)
 {
@@ -38,6 +44,8 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     , m_faultCode(new QSpinBox(this))
     , m_state(new QLabel(this))
     , m_traffic(new QListWidget(this))
+    , m_outputs(new QTableWidget(0, 3, this))
+    , m_outputTimer(new QTimer(this))
 {
     auto *layout = new QVBoxLayout(this);
 
@@ -82,6 +90,23 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     stateLayout->addWidget(file);
     layout->addWidget(state);
 
+    auto *outputs = new QGroupBox(tr("Outputs"), this);
+    auto *outputLayout = new QVBoxLayout(outputs);
+    m_outputs->setObjectName(QStringLiteral("assignedOutputs"));
+    m_outputs->setHorizontalHeaderLabels({tr("Signal"), tr("Port"), tr("Value")});
+    m_outputs->verticalHeader()->hide();
+    m_outputs->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_outputs->horizontalHeader()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    m_outputs->horizontalHeader()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
+    m_outputs->setTextElideMode(Qt::ElideMiddle);
+    m_outputs->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_outputs->setSelectionMode(QAbstractItemView::NoSelection);
+    outputLayout->addWidget(m_outputs);
+    layout->addWidget(outputs, 1);
+    m_outputTimer->setInterval(kOutputRefreshMs);
+    connect(m_outputTimer, &QTimer::timeout, this, &ControlPanel::refreshOutputs);
+    m_outputTimer->start();
+
     auto *traffic = new QGroupBox(tr("Commands"), this);
     auto *trafficLayout = new QVBoxLayout(traffic);
     m_traffic->setObjectName(QStringLiteral("controllerTraffic"));
@@ -105,6 +130,7 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     connect(controller, &kelcontroller::ControllerSimulator::commandHandled, this,
         &ControlPanel::addTraffic);
     refreshState();
+    refreshOutputs();
 }
 
 void ControlPanel::refreshState()
@@ -126,9 +152,9 @@ void ControlPanel::refreshState()
     QStringList lines;
     if (!m_controller->isConnected())
         lines.append(tr("Not connected"));
-    lines.append(tr("Work mode: %1")
-                     .arg(m_controller->isVirtualWelding() ? tr("virtual welding")
-                                                           : tr("real welding")));
+    lines.append(
+        tr("Work mode: %1")
+            .arg(m_controller->isVirtualWelding() ? tr("virtual welding") : tr("real welding")));
     lines.append(tr("Laser welding enabled: %1").arg(onOff(m_controller->isWeldingEnabled())));
     lines.append(tr("Guide laser: %1").arg(onOff(m_controller->isRedLightOn())));
     lines.append(tr("Assist gas: %1").arg(m_controller->isGasOpen() ? tr("open") : tr("closed")));
@@ -138,6 +164,27 @@ void ControlPanel::refreshState()
     m_userLevel->setValue(m_controller->getUserOperateLevel());
     m_powered->setChecked(m_controller->getRobotEleStatus());
     m_connected->setChecked(m_controller->isConnected());
+}
+
+void ControlPanel::refreshOutputs()
+{
+    if (!isVisible() && m_outputs->rowCount() > 0)
+        return;
+    const auto ports = m_controller->assignedOutputs();
+    m_outputs->setRowCount(ports.size());
+    for (int row = 0; row < ports.size(); ++row) {
+        const auto &port = ports.at(row);
+        const QStringList cells {port.signal, port.port, QLocale().toString(port.value, 'g', 4)};
+        for (int column = 0; column < cells.size(); ++column) {
+            QTableWidgetItem *item = m_outputs->item(row, column);
+            if (!item) {
+                item = new QTableWidgetItem;
+                m_outputs->setItem(row, column, item);
+            }
+            if (item->text() != cells.at(column))
+                item->setText(cells.at(column));
+        }
+    }
 }
 
 void ControlPanel::addTraffic(

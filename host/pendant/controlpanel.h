@@ -8,6 +8,8 @@ class QCheckBox;
 class QLabel;
 class QListWidget;
 class QSpinBox;
+class QTableWidget;
+class QTimer;
 
 namespace kelcontroller {
 class ControllerSimulator;
@@ -24,6 +26,8 @@ public:
         kelcontroller::ControllerSimulator *controller, QWidget *parent = nullptr);
 
     void refreshState();
+    // The assigned output ports with their live values, while a weld may change them.
+    void refreshOutputs();
 
 private:
     void addTraffic(const QString &command, const QJsonValue &payload, const QJsonArray &reply);
@@ -35,4 +39,6 @@ private:
     QSpinBox *m_faultCode;
     QLabel *m_state;
     QListWidget *m_traffic;
+    QTableWidget *m_outputs;
+    QTimer *m_outputTimer;
 };

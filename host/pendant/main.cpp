@@ -1,6 +1,7 @@
 #include "pendantwindow.h"
-#include "programeditor.h"
 #include "pluginhost.h"
+#include "programeditor.h"
+#include "runlink.h"
 #include "screenshotter.h"
 
 #include "controller/controllersimulator.h"
@@ -120,10 +121,11 @@ int main(int argc, char *argv[])
     programEditor->setObjectName(QStringLiteral("ProgramEditor"));
     programEditor->reloadCatalogue();
     window.addPendantPage(programEditor, QApplication::translate("kelpendant", "Program"));
+    RunLink runLink(programEditor, controller.runner(), window.messageList());
 
     int result = 0;
     if (parser.isSet(shotOption)) {
-        Screenshotter shooter(&window, parser.value(shotOption));
+        Screenshotter shooter(&window, parser.value(shotOption), &controller);
         const QStringList written = shooter.run();
         for (const QString &file : written)
             std::printf("%s\n", qPrintable(file));

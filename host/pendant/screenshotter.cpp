@@ -4,11 +4,15 @@
 #include "programeditor.h"
 #include "skeletonform.h"
 
+#include "controller/controllersimulator.h"
+#include "controller/programrunner.h"
 #include "kelplugin/rlcatalog.h"
 #include "kelplugin/rlcontentbase.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QElapsedTimer>
+#include <QJsonObject>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -56,8 +60,9 @@ void settle()
 
 } // namespace
 
-Screenshotter::Screenshotter(PendantWindow *window, const QString &folder)
-    : m_window(window), m_folder(folder)
+Screenshotter::Screenshotter(
+    PendantWindow *window, const QString &folder, kelcontroller::ControllerSimulator *controller)
+    : m_window(window), m_controller(controller), m_folder(folder)
 { }
 
 QStringList Screenshotter::run()
@@ -87,7 +92,82 @@ QStringList Screenshotter::run()
         shootDialogs(page, prefix);
     }
     shootInstructionEditors();
+    if (m_controller)
+        shootWeldRun();
     return m_written;
+}
+
+void Screenshotter::shootWeldRun()
+{
+    // The factory cell welds a corner: matched power follows the speed down and up again.
+    const QStringList program {
+        QStringLiteral("LsMoveL(p10, v100, fine, tool0, wobj0);"),
+        QStringLiteral("LaserOn(\"LsData1\");"),
+        QStringLiteral("LsParaMatch(\"PowerData1\");"),
+        QStringLiteral("LsMoveL(p20, v30, z10, tool0, wobj0);"),
+        QStringLiteral("LsMoveL(p30, v30, fine, tool0, wobj0);"),
+        QStringLiteral("LaserOff;"),
+    };
+    // The panels refresh on timers of their own; give them a moment of real time.
+    const auto pause = [](int ms) {
+        QElapsedTimer wait;
+        wait.start();
+        while (wait.elapsed() < ms)
+            QApplication::processEvents(QEventLoop::AllEvents, 20);
+    };
+    QTabWidget *tabs = m_window->centreTabs();
+    ProgramEditor *editor = nullptr;
+    QPushButton *monitorButton = nullptr;
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (!editor)
+            editor = qobject_cast<ProgramEditor *>(tabs->widget(i));
+        if (!monitorButton)
+            monitorButton
+                = tabs->widget(i)->findChild<QPushButton *>(QStringLiteral("pushButton_monitor"));
+    }
+    if (!editor || !monitorButton)
+        return;
+
+    m_controller->setUserLevel(3);
+    m_controller->setRobotPowered(false);
+    m_controller->commandCustomData(nullptr, QStringLiteral("kellaserweld"),
+        QStringLiteral("set_weld_enable"), QStringLiteral("TRUE"));
+    m_controller->setRobotPowered(true);
+    kelcontroller::ProgramRunner *runner = m_controller->runner();
+    runner->setRealTime(false);
+
+    tabs->setCurrentWidget(editor);
+    editor->setLines(program);
+    settle();
+    if (!runner->run(program, QStringLiteral("corner.prg"))) {
+        m_errors.append(QStringLiteral("the weld run was refused"));
+        return;
+    }
+    // On the seam's second leg, for the editor's run line.
+    runner->advance(6000);
+    pause(150);
+    save(m_window, QStringLiteral("weldrun-program"));
+
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (tabs->widget(i)->isAncestorOf(monitorButton))
+            tabs->setCurrentIndex(i);
+    }
+    settle();
+    monitorButton->click();
+    // The dialog polls on a timer; a little real time per simulated second lets it see every
+    // sample while the run goes on much faster than real time.
+    for (int second = 0;
+         second < 12 && runner->state() != kelcontroller::ProgramRunner::State::Idle; ++second) {
+        runner->advance(1000);
+        pause(150);
+    }
+    auto *monitor = m_window->findChild<QDialog *>(QStringLiteral("ButtonMonitorPage"));
+    if (monitor && monitor->isVisible()) {
+        save(monitor, QStringLiteral("weldrun-monitor"));
+        monitor->close();
+    }
+    runner->stop();
+    settle();
 }
 
 void Screenshotter::save(QWidget *widget, const QString &name)

@@ -7,12 +7,19 @@ class PendantWindow;
 class ProgramEditor;
 class QWidget;
 
+namespace kelcontroller {
+class ControllerSimulator;
+}
+
 // Renders the pendant window and every page, dialog and instruction editor the plug-ins
 // provide to PNG files, for documentation and for checking the look without a display.
 class Screenshotter
 {
 public:
-    Screenshotter(PendantWindow *window, const QString &folder);
+    // With a controller, the shots end with a weld run: the program editor during the run and
+    // the monitor's trend of it.
+    Screenshotter(PendantWindow *window, const QString &folder,
+        kelcontroller::ControllerSimulator *controller = nullptr);
 
     // Returns the files written; problems go to errors().
     QStringList run();
@@ -30,8 +37,10 @@ private:
     void fillProgram(ProgramEditor *editor);
     void shootDialogs(QWidget *centre, const QString &prefix);
     void shootInstructionEditors();
+    void shootWeldRun();
 
     PendantWindow *m_window;
+    kelcontroller::ControllerSimulator *m_controller;
     QDir m_folder;
     QStringList m_written;
     QStringList m_errors;
