@@ -196,8 +196,8 @@ QString WeldProfile::issueText(const Problem &problem)
     case EndAboveWeld:
         return text(QT_TRANSLATE_NOOP("WeldProfile", "The end power is above the weld power"));
     case RampDownCut:
-        return text(QT_TRANSLATE_NOOP("WeldProfile",
-            "The ramp down is longer than the laser off delay and is cut at laser off"));
+        return text(QT_TRANSLATE_NOOP(
+            "WeldProfile", "The ramp down outlasts the laser off delay: cut at laser off"));
     case WireStartEmpty:
         return text(QT_TRANSLATE_NOOP(
             "WeldProfile", "The start wire is switched on with zero speed or time"));

@@ -104,6 +104,13 @@ void PreviewChart::paint(QPainter &painter) const
     for (const Span &span : m_content.spans) {
         if (span.lane >= 0)
             continue;
+        if (span.from == span.to) {
+            const double x = toX(span.from, axis, plot);
+            painter.setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
+            painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
+            painter.drawText(QPointF(x + 3, plot.bottom() - metrics.descent() - 2), span.label);
+            continue;
+        }
         const double left = toX(span.from, axis, plot);
         const double right = toX(span.to, axis, plot);
         if (shaded)
@@ -152,10 +159,9 @@ void PreviewChart::paint(QPainter &painter) const
         painter.setPen(QPen(kGridColour, 1));
         if (i > 0)
             painter.drawLine(outer.topLeft(), outer.topRight());
-        if (ranges.last().min < 0) {
-            const double zero = valueToY(0, ranges.last(), inner);
-            painter.drawLine(QPointF(inner.left(), zero), QPointF(inner.right(), zero));
-        }
+        // The zero line tells "off" from a low value.
+        const double zero = valueToY(0, ranges.last(), inner);
+        painter.drawLine(QPointF(inner.left(), zero), QPointF(inner.right(), zero));
         painter.setPen(lane.colour.darker(120));
         painter.drawText(outer.adjusted(4, 1, -4, 0), Qt::AlignLeft | Qt::AlignTop,
             QStringLiteral("%1  %2…%3 %4")

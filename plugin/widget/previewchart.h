@@ -36,7 +36,8 @@ public:
         QPolygonF course;
         QPolygonF dots;
     };
-    // lane -1: a stretch over all lanes, named above the plot; else named inside its lane.
+    // lane -1: a stretch over all lanes, named above the plot (from == to: a moment, named at
+    // the plot's foot); else a stretch named inside its lane.
     struct Span
     {
         int lane;
