@@ -17,7 +17,7 @@ const QColor kDutyColour(44, 160, 44);
 PreviewChart::Content EditorPreviews::weldProfile(const WeldProfile &profile)
 {
     PreviewChart::Content content;
-    content.xUnit = tr("ms");
+    content.xUnit = QStringLiteral("ms");
     content.xLargest = profile.end;
     content.lanes.append({tr("Laser power"), QStringLiteral("W"), kPowerColour, profile.power, {}});
     const bool wire = !profile.wire.isEmpty();
@@ -77,7 +77,7 @@ PreviewChart::Content EditorPreviews::matching(
     };
     const MatchingCurve curve(nodes);
     PreviewChart::Content content;
-    content.xUnit = tr("mm/s");
+    content.xUnit = QStringLiteral("mm/s");
     // Room beyond the last node shows that the value is held there.
     content.xLargest = std::max(10.0, curve.maxSpeed() * 1.2);
     const MatchingCurve::Refusal refusal = MatchingCurve::firstRefusal(nodes, shown);
