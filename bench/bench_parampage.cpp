@@ -1,14 +1,18 @@
 // The weld parameter page with full records (30 weld data sets, 10 matching sets, both re-read
 // on every show): its show at several port counts against the bare widget fill and against Qt
-// showing the same page so filled.
+// showing the same page so filled; and the weld profile preview redrawn after an edit.
 #include "benchmain.h"
 #include "pagefixture.h"
 #include "pageloops.h"
 
 #include "page/weldparameterpage.h"
+#include "widget/previewchart.h"
 
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QPainter>
+#include <QSpinBox>
 
 namespace {
 
@@ -58,11 +62,29 @@ struct Setup
     WeldParameterPage page;
 };
 
+// An edit in the weld data editor: the profile worked out from the form and painted.
+void profileRedraw(benchmark::State &state)
+{
+    Setup setup(64);
+    auto *ramp = setup.page.findChild<QSpinBox *>(QStringLiteral("spinBox_ramp_value_end"));
+    auto *chart = setup.page.findChild<PreviewChart *>(QStringLiteral("weldProfileChart"));
+    chart->resize(420, 300);
+    QImage image(chart->size(), QImage::Format_RGB32);
+    int edits = 0;
+    for (auto _ : state) {
+        ramp->setValue(100 + ++edits % 2);
+        QPainter painter(&image);
+        chart->paint(painter);
+    }
+}
+
 } // namespace
 
 void registerBenchmarks()
 {
     PageLoops::addShows<Setup>("parampage_show", "ref_widget_fill");
+    kelbench::add(kelbench::name("parampage_profile_redraw", "ours"), profileRedraw)
+        ->Unit(benchmark::kMicrosecond);
 }
 
 KEL_BENCHMARK_MAIN()

@@ -12,8 +12,10 @@
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QHeaderView>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
@@ -119,6 +121,7 @@ private slots:
     void cancelReloadsAndRecomputesOnlyDrawnTab_data();
     void cancelReloadsAndRecomputesOnlyDrawnTab();
     void showRecomputesChartsWithALine();
+    void nodeOffTheLineStandsOutAfterCompute();
     void editLock_data();
     void editLock();
     void savedTableComesBackFromTheSimulator();
@@ -447,6 +450,40 @@ void TestCurvePage::showRecomputesChartsWithALine()
         t.controller.sent.at(1).value.toObject().contains(QStringLiteral("laser_dutycycle_node")));
     const auto *chart = t.child<CustomChart>("Chart_dutycycle");
     QCOMPARE(QPair(chart->slope(), chart->intercept()), QPair(3.0, 4.0));
+}
+
+void TestCurvePage::nodeOffTheLineStandsOutAfterCompute()
+{
+    PageUnderTest t;
+    t.show();
+    t.controller.repliesByCommand.insert("compute_curve_config",
+        json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 15, "intercept": 0}}}])")
+            .toArray());
+    QTableWidget *table = t.table("tableWidget_laserpower");
+    const auto *chart = t.child<CustomChart>("Chart_laserpower");
+    const auto *fit = t.child<QLabel>("label_fit_laserpower");
+    // Node 3 typed 10 % above the line through 0 W and 3000 W at 200.
+    setNode(table, 2, 200, 3300);
+
+    t.click("pushButton_compute");
+
+    QCOMPARE(table->item(2, 3)->text(), QStringLiteral("300.0 W (10.0 %)"));
+    QCOMPARE(table->item(1, 3)->text(), QStringLiteral("-7.5 W (-0.5 %)"));
+    QCOMPARE(table->item(0, 3)->text(), QStringLiteral("0.0 W"));
+    QVERIFY(table->item(2, 0)->background() != table->item(1, 0)->background());
+    QCOMPARE(chart->fitMark(), 2);
+    QCOMPARE(
+        fit->text(), QStringLiteral("R² = 0.9835 · largest deviation: node 3, 300.0 W (10.0 %)"));
+
+    // A changed node makes the figures stale: they go until the next compute.
+    setNode(table, 2, 200, 3000);
+    QVERIFY(!table->item(2, 3));
+    QCOMPARE(chart->fitMark(), -1);
+    QVERIFY(fit->text().isEmpty());
+
+    t.controller.repliesByCommand.insert("compute_curve_config", QJsonArray());
+    t.click("pushButton_compute");
+    QCOMPARE(fit->text(), QStringLiteral("No fitted line: the nodes' deviations cannot be shown."));
 }
 
 void TestCurvePage::editLock_data()

@@ -59,9 +59,10 @@ void setTableNodes(QTableWidget *table, const Nodes &nodes)
 
 void setSwitches(QTableWidget *table, bool power, bool frequency, bool duty)
 {
-    WeldParameterPage::headerSwitch(table, 2)->setOn(power, false);
-    WeldParameterPage::headerSwitch(table, 3)->setOn(frequency, false);
-    WeldParameterPage::headerSwitch(table, 4)->setOn(duty, false);
+    // As a click does, so that the preview follows.
+    WeldParameterPage::headerSwitch(table, 2)->setOn(power, true);
+    WeldParameterPage::headerSwitch(table, 3)->setOn(frequency, true);
+    WeldParameterPage::headerSwitch(table, 4)->setOn(duty, true);
 }
 
 // A 5 x 5 table with spin boxes but a plain header: no switches at all.
@@ -173,6 +174,9 @@ void TestParamMatching::validation()
 
     QCOMPARE(valid, messages.isEmpty());
     QCOMPARE(testenv::shownMessages(t.shell), messages);
+    // The preview names, before any Save, the node the validation refuses.
+    QCOMPARE(t.child<QLabel>("label_matchingHint")->text(),
+        messages.isEmpty() ? QString() : messages.first().section(QLatin1Char('|'), 1));
     // Validation never edits what the operator typed.
     QCOMPARE(tableNodes(table), nodes);
 }

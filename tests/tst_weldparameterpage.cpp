@@ -5,6 +5,7 @@
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
+#include "widget/previewchart.h"
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
@@ -85,6 +86,7 @@ private slots:
     void dependentWidgets();
     void weldModeSwitchesTheWire_data();
     void weldModeSwitchesTheWire();
+    void profilePreviewFollowsEditsAndNeverBlocksSave();
 };
 
 void TestWeldParameterPage::listRefresh_data()
@@ -381,6 +383,26 @@ void TestWeldParameterPage::weldModeSwitchesTheWire()
     QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(wireAfter));
     QCOMPARE(set.value("wire_feed_enable_end"), QJsonValue(wireAfter));
     QCOMPARE(t.child<QWidget>("groupBox_wireStart")->isHidden(), !wireAfter);
+}
+
+void TestWeldParameterPage::profilePreviewFollowsEditsAndNeverBlocksSave()
+{
+    ParamPageFixture t;
+    t.show();
+    t.open(0, 0);
+    auto *chart = t.child<PreviewChart>("weldProfileChart");
+    auto *hint = t.child<QLabel>("label_profileHint");
+    // The defaults ramp down for 100 ms but switch the laser off after 50 ms.
+    QVERIFY(!hint->text().isEmpty());
+    const QPolygonF before = chart->content().lanes.first().course;
+
+    t.child<QSpinBox>("spinBox_delay_time_end")->setValue(100);
+
+    QVERIFY(hint->text().isEmpty());
+    QVERIFY(chart->content().lanes.first().course != before);
+    t.child<QSpinBox>("spinBox_delay_time_end")->setValue(50);
+    t.save();
+    QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
 }
 
 QTEST_MAIN(TestWeldParameterPage)

@@ -1,6 +1,7 @@
 #include "characteristicscurvepage.h"
 
 #include "curveaxes.h"
+#include "fitquality.h"
 #include "weldsettingpage.h"
 
 #include "core/commandchannel.h"
@@ -59,6 +60,10 @@ const std::array<CurveKeys, CharacteristicsCurvePage::CurveCount> &curveKeys()
 
 constexpr int kRawColumn = 1;
 constexpr int kPhysicalColumn = 2;
+constexpr int kDeviationColumn = 3;
+// Units of the physical values, in tab order; Latin in every language.
+const char *const kUnits[] = {"W", "mm/s", "Hz", "%"};
+const QColor kLargestDeviation(255, 205, 205);
 constexpr int kRowHeight = 35;
 // The combo offers 2..10 nodes; a record cannot make a table longer than that.
 constexpr int kMaxNodes = 10;
@@ -126,10 +131,14 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
 {
     m_ui.setupUi(this);
     m_curves = {{
-        {m_ui.laserpower, m_ui.comboBox_node, m_ui.tableWidget_laserpower, m_ui.Chart_laserpower},
-        {m_ui.feedspeed, m_ui.comboBox_node_2, m_ui.tableWidget_feedspeed, m_ui.Chart_feedspeed},
-        {m_ui.frequency, m_ui.comboBox_node_3, m_ui.tableWidget_frequency, m_ui.Chart_frequency},
-        {m_ui.dutycycle, m_ui.comboBox_node_4, m_ui.tableWidget_dutycycle, m_ui.Chart_dutycycle},
+        {m_ui.laserpower, m_ui.comboBox_node, m_ui.tableWidget_laserpower, m_ui.Chart_laserpower,
+            m_ui.label_fit_laserpower},
+        {m_ui.feedspeed, m_ui.comboBox_node_2, m_ui.tableWidget_feedspeed, m_ui.Chart_feedspeed,
+            m_ui.label_fit_feedspeed},
+        {m_ui.frequency, m_ui.comboBox_node_3, m_ui.tableWidget_frequency, m_ui.Chart_frequency,
+            m_ui.label_fit_frequency},
+        {m_ui.dutycycle, m_ui.comboBox_node_4, m_ui.tableWidget_dutycycle, m_ui.Chart_dutycycle,
+            m_ui.label_fit_dutycycle},
     }};
 
     connect(m_ui.pushButton_compute, &QPushButton::clicked, this,
@@ -167,6 +176,7 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
         header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
         header->setSectionResizeMode(kRawColumn, QHeaderView::Stretch);
         header->setSectionResizeMode(kPhysicalColumn, QHeaderView::Stretch);
+        header->setSectionResizeMode(kDeviationColumn, QHeaderView::ResizeToContents);
         // The tables start with as many rows as their combo says, before any record arrives.
         refreshTable(curve, m_curves[i].nodeCount->currentIndex());
     }
@@ -259,7 +269,65 @@ void CharacteristicsCurvePage::drawFit(Curve curve)
     widgets.chart->setLine(fit.slope, fit.intercept);
     widgets.chart->setAxisLabels(
         header ? header->text() : QString(), yAxisLabel(widgets.chart->objectName()));
+    showFitQuality(curve);
     widgets.chart->update();
+}
+
+void CharacteristicsCurvePage::showFitQuality(Curve curve)
+{
+    const CurveWidgets &widgets = m_curves[curve];
+    QVector<QPointF> points;
+    for (int row = 0; row < widgets.table->rowCount(); ++row)
+        points.append(nodePoint(widgets.table, row));
+    const kellaser::FitQuality quality
+        = kellaser::FitQuality::of(points, widgets.chart->slope(), widgets.chart->intercept());
+    clearFitQuality(curve);
+    if (!quality.usable) {
+        widgets.fit->setText(tr("No fitted line: the nodes' deviations cannot be shown."));
+        return;
+    }
+    const QString unit = QLatin1String(kUnits[curve]);
+    const auto describe = [&](int node) {
+        const double percent = quality.percents.at(node);
+        const QString inUnit
+            = QStringLiteral("%1 %2").arg(quality.deviations.at(node), 0, 'f', 1).arg(unit);
+        return std::isnan(percent)
+            ? inUnit
+            : QStringLiteral("%1 (%2 %)").arg(inUnit).arg(percent, 0, 'f', 1);
+    };
+    for (int row = 0; row < quality.deviations.size(); ++row) {
+        auto *item = new QTableWidgetItem(describe(row));
+        item->setFlags(Qt::ItemIsEnabled);
+        item->setTextAlignment(Qt::AlignCenter);
+        widgets.table->setItem(row, kDeviationColumn, item);
+    }
+    for (int column : {0, kDeviationColumn}) {
+        if (QTableWidgetItem *item = widgets.table->item(quality.largest, column))
+            item->setBackground(kLargestDeviation);
+    }
+    widgets.chart->setFitMark(quality.largest);
+    const QString rSquared = std::isnan(quality.rSquared)
+        ? tr("R² cannot be computed: all values are equal")
+        : tr("R² = %1").arg(quality.rSquared, 0, 'f', 4);
+    widgets.fit->setText(tr("%1 · largest deviation: node %2, %3")
+                             .arg(rSquared)
+                             .arg(quality.largest + 1)
+                             .arg(describe(quality.largest)));
+}
+
+void CharacteristicsCurvePage::clearFitQuality(Curve curve)
+{
+    const CurveWidgets &widgets = m_curves[curve];
+    widgets.fit->clear();
+    for (int row = 0; row < widgets.table->rowCount(); ++row) {
+        delete widgets.table->takeItem(row, kDeviationColumn);
+        if (QTableWidgetItem *number = widgets.table->item(row, 0))
+            number->setBackground(QBrush());
+    }
+    if (widgets.chart->fitMark() >= 0) {
+        widgets.chart->setFitMark(-1);
+        widgets.chart->update();
+    }
 }
 
 CharacteristicsCurvePage::Fit CharacteristicsCurvePage::fitFromReply(const QJsonArray &reply)
@@ -308,13 +376,14 @@ void CharacteristicsCurvePage::refreshTable(Curve curve, int index)
 {
     QTableWidget *table = m_curves[curve].table;
     const int count = qMax(0, index + 2);
-    resizeTable(table, count);
+    resizeTable(curve, count);
     for (int row = 0; row < count; ++row)
         setNode(table, row, 0.0, 0);
 }
 
-void CharacteristicsCurvePage::resizeTable(QTableWidget *table, int rows)
+void CharacteristicsCurvePage::resizeTable(Curve curve, int rows)
 {
+    QTableWidget *table = m_curves[curve].table;
     // Rows that stay keep their editors: building spin boxes anew on every show costs more
     // than a frame, and every value is written again by the caller anyway.
     table->setRowCount(rows);
@@ -331,11 +400,15 @@ void CharacteristicsCurvePage::resizeTable(QTableWidget *table, int rows)
             rawBox->setDecimals(2);
             rawBox->setSingleStep(0.01);
             table->setCellWidget(row, kRawColumn, rawBox);
+            connect(rawBox, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
+                [this, curve] { clearFitQuality(curve); });
         }
         if (!physicalSpin(table, row)) {
             auto *physicalBox = new QSpinBox(table);
             physicalBox->setRange(range.first, range.second);
             table->setCellWidget(row, kPhysicalColumn, physicalBox);
+            connect(physicalBox, qOverload<int>(&QSpinBox::valueChanged), this,
+                [this, curve] { clearFitQuality(curve); });
         }
         table->setRowHeight(row, kRowHeight);
     }
@@ -353,7 +426,7 @@ void CharacteristicsCurvePage::fillTable(Curve curve, int nodeCount, const QJson
     QTableWidget *table = m_curves[curve].table;
     const QJsonArray array = rows.toArray();
     const int count = qBound(0, nodeCount, kMaxNodes);
-    resizeTable(table, count);
+    resizeTable(curve, count);
     for (int k = 0; k < count; ++k) {
         const QJsonArray node = k < array.size() ? array.at(k).toArray() : QJsonArray();
         setNode(table, k, finiteDouble(node.at(0)), truncatedInt(node.at(1)));

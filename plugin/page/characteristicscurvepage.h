@@ -9,6 +9,7 @@
 
 class CustomChart;
 class QComboBox;
+class QLabel;
 class QJsonArray;
 class QJsonObject;
 class QJsonValue;
@@ -72,6 +73,7 @@ private:
         QComboBox *nodeCount;
         QTableWidget *table;
         CustomChart *chart;
+        QLabel *fit;
     };
 
     void computeChart(Curve curve);
@@ -83,7 +85,11 @@ private:
     void cancel(Curve curve);
     void fillTable(Curve curve, int nodeCount, const QJsonValue &rows);
     // Gives the table rows numbered 1.. with their editors, keeping the rows it has.
-    static void resizeTable(QTableWidget *table, int rows);
+    void resizeTable(Curve curve, int rows);
+    // Each node's distance from the chart's line, the largest one marked in the table and on
+    // the chart, R² under the chart; cleared as soon as a node changes.
+    void showFitQuality(Curve curve);
+    void clearFitQuality(Curve curve);
     static void setNode(QTableWidget *table, int row, double raw, int physical);
     bool isLocked() const;
 

@@ -1,5 +1,8 @@
 #include "weldparameterpage.h"
 
+#include "editorpreviews.h"
+#include "weldprofile.h"
+
 #include "core/commandchannel.h"
 #include "widget/headerwidgetview.h"
 #include "widget/switchbutton.h"
@@ -220,6 +223,25 @@ void WeldParameterPage::initConnect()
         m_ui.pushButton_wire_feed_enable_start->setOn(wire, true);
         m_ui.pushButton_wire_feed_enable_end->setOn(wire, true);
     });
+    for (const WeldDataField &field : kWeldDataFields) {
+        const QLatin1String widget(field.widget ? field.widget : "");
+        if (field.kind == Kind::Integer) {
+            connect(findChild<QSpinBox *>(widget), qOverload<int>(&QSpinBox::valueChanged), this,
+                &WeldParameterPage::updateWeldProfile);
+        } else if (field.kind == Kind::Switch) {
+            connect(findChild<SwitchButton *>(widget), &SwitchButton::onChanged, this,
+                &WeldParameterPage::updateWeldProfile);
+        }
+    }
+}
+
+void WeldParameterPage::updateWeldProfile()
+{
+    if (m_loadingSet)
+        return;
+    const kellaser::WeldProfile profile = kellaser::WeldProfile::fromSet(weldDataSet());
+    m_ui.weldProfileChart->setContent(EditorPreviews::weldProfile(profile));
+    m_ui.label_profileHint->setText(profile.hint());
 }
 
 void WeldParameterPage::showEvent(QShowEvent *event)
@@ -261,6 +283,7 @@ void WeldParameterPage::updateDependentWidgets()
 
 void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
 {
+    m_loadingSet = true;
     for (const WeldDataField &field : kWeldDataFields) {
         const QJsonValue value = set.value(QLatin1String(field.key));
         const QLatin1String widget(field.widget ? field.widget : "");
@@ -293,6 +316,8 @@ void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
         || m_ui.pushButton_wire_feed_enable_end->isOn();
     m_ui.comboBox_weld_mode->setCurrentIndex(wire ? kFillerWireMode : 0);
     updateDependentWidgets();
+    m_loadingSet = false;
+    updateWeldProfile();
 }
 
 void WeldParameterPage::resetWeldDataEditor()
@@ -542,6 +567,8 @@ void WeldParameterPage::resetMatchingTable()
             spin->setAlignment(Qt::AlignCenter);
             spin->setStyleSheet(QStringLiteral("QSpinBox{border:none;background:transparent;}"));
             table->setCellWidget(row, column, spin);
+            connect(spin, qOverload<int>(&QSpinBox::valueChanged), this,
+                &WeldParameterPage::updateMatchingPreview);
         }
     }
     auto *header = dynamic_cast<HeaderWidgetView *>(table->horizontalHeader());
@@ -549,7 +576,9 @@ void WeldParameterPage::resetMatchingTable()
         auto *toggle = new SwitchButton;
         toggle->setObjectName(QLatin1String(s.name));
         header->setSectionWidget(s.section, toggle);
+        connect(toggle, &SwitchButton::onChanged, this, &WeldParameterPage::updateMatchingPreview);
     }
+    updateMatchingPreview();
 }
 
 void WeldParameterPage::openMatchingSet(const QString &name)
@@ -564,6 +593,8 @@ void WeldParameterPage::openMatchingSet(const QString &name)
     if (record.contains(name)) {
         resetMatchingTable();
         parseMatchParamToTable(record, name, m_ui.tableWidget_matching, 1, 1, 4, 4);
+        // Loading sets the switches without a signal.
+        updateMatchingPreview();
         return;
     }
     qDebug().noquote() << "has No value " << name;
@@ -672,21 +703,12 @@ bool WeldParameterPage::validateMatchingTableParams(QTableWidget *table)
         int column;
         bool enabled;
         const char *name;
-        QString message;
     };
     const QList<Check> checks {
-        {2, switchOn(2), "Power",
-            tr("Power parameter validation failed at row %1. Previous row value must be less "
-               "than current row value.")},
-        {3, switchOn(3), "Frequency",
-            tr("Frequency parameter validation failed at row %1. Previous row value must be "
-               "less than current row value.")},
-        {4, switchOn(4), "Duty Cycle",
-            tr("Duty Cycle parameter validation failed at row %1. Previous row value must be "
-               "less than current row value.")},
-        {1, true, "Speed",
-            tr("Speed parameter validation failed at row %1. Previous row value must be less "
-               "than current row value.")},
+        {2, switchOn(2), "Power"},
+        {3, switchOn(3), "Frequency"},
+        {4, switchOn(4), "Duty Cycle"},
+        {1, true, "Speed"},
     };
     for (int row = 2; row < matchingRows; ++row) {
         for (int column = 1; column < matchingColumns; ++column) {
@@ -706,11 +728,62 @@ bool WeldParameterPage::validateMatchingTableParams(QTableWidget *table)
             qWarning().noquote() << "validateMatchingTableParams:" << check.name
                                  << "validation failed at row" << row << ". Previous:" << previous
                                  << " Current:" << current;
-            kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_WARNING, check.message.arg(row));
+            kelplugin::ThrowLog(
+                kPluginKey, kelplugin::THROW_LOG_WARNING, matchingRefusalText(check.column, row));
             return false;
         }
     }
     return true;
+}
+
+QString WeldParameterPage::matchingRefusalText(int column, int row)
+{
+    switch (column) {
+    case 2:
+        return tr("Power parameter validation failed at row %1. Previous row value must be less "
+                  "than current row value.")
+            .arg(row);
+    case 3:
+        return tr("Frequency parameter validation failed at row %1. Previous row value must be "
+                  "less than current row value.")
+            .arg(row);
+    case 4:
+        return tr("Duty Cycle parameter validation failed at row %1. Previous row value must be "
+                  "less than current row value.")
+            .arg(row);
+    default:
+        return tr("Speed parameter validation failed at row %1. Previous row value must be less "
+                  "than current row value.")
+            .arg(row);
+    }
+}
+
+void WeldParameterPage::updateMatchingPreview()
+{
+    QTableWidget *table = m_ui.tableWidget_matching;
+    // The table is built spin box by spin box; a half-built table has nothing to show yet.
+    for (int row = 1; row < matchingRows; ++row) {
+        for (int column = 1; column < matchingColumns; ++column) {
+            if (row >= table->rowCount() || !cellSpinBox(table, row, column))
+                return;
+        }
+    }
+    QVector<kellaser::MatchingCurve::Node> nodes;
+    for (int row = 1; row < matchingRows; ++row) {
+        kellaser::MatchingCurve::Node node {};
+        for (int column = 1; column < matchingColumns; ++column)
+            node[size_t(column - 1)] = cellSpinBox(table, row, column)->value();
+        nodes.append(node);
+    }
+    std::array<bool, 4> shown {true, false, false, false};
+    for (const MatchSwitch &s : kMatchSwitches) {
+        const SwitchButton *toggle = headerSwitch(table, s.section);
+        shown[size_t(s.section - 1)] = toggle && toggle->isOn();
+    }
+    m_ui.matchingChart->setContent(EditorPreviews::matching(nodes, shown));
+    const auto refusal = kellaser::MatchingCurve::firstRefusal(nodes, shown);
+    m_ui.label_matchingHint->setText(
+        refusal.node < 0 ? QString() : matchingRefusalText(refusal.column + 1, refusal.node + 1));
 }
 
 QJsonObject WeldParameterPage::createMatchDataJson() const

@@ -57,6 +57,9 @@ public:
 
     // The switch hosted in a header section of the matching table, if any.
     static SwitchButton *headerSwitch(QTableWidget *table, int section);
+    // What Save says when the matching table's node (table row) fails on a column (1 speed,
+    // 2 power, 3 frequency, 4 duty cycle).
+    static QString matchingRefusalText(int column, int row);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -74,6 +77,10 @@ private:
     void checkSaveResult(const QJsonArray &reply, const QString &command);
     void updateDependentWidgets();
     void updateButtons();
+    // The previews follow every edit; loading a whole set redraws once at its end.
+    void updateWeldProfile();
+    void updateMatchingPreview();
 
     Ui::WeldParameterPage m_ui;
+    bool m_loadingSet = false;
 };

@@ -186,12 +186,91 @@
         <source>Not configured</source>
         <translation>未配置</translation>
     </message>
+    <message>
+        <source>Deviation</source>
+        <translation>偏差</translation>
+    </message>
+    <message>
+        <source>No fitted line: the nodes&apos; deviations cannot be shown.</source>
+        <translation>没有拟合直线：无法显示各节点的偏差。</translation>
+    </message>
+    <message>
+        <source>R² cannot be computed: all values are equal</source>
+        <translation>无法计算 R²：所有数值相同</translation>
+    </message>
+    <message>
+        <source>R² = %1</source>
+        <translation>R² = %1</translation>
+    </message>
+    <message>
+        <source>%1 · largest deviation: node %2, %3</source>
+        <translation>%1 · 最大偏差：节点 %2，%3</translation>
+    </message>
 </context>
 <context>
     <name>CustomChart</name>
     <message>
         <source>Form</source>
         <translation>窗体</translation>
+    </message>
+</context>
+<context>
+    <name>EditorPreviews</name>
+    <message>
+        <source>Laser power</source>
+        <translation>激光功率</translation>
+    </message>
+    <message>
+        <source>Wire speed</source>
+        <translation>送丝速度</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>起始</translation>
+    </message>
+    <message>
+        <source>Weld</source>
+        <translation>焊接</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <translation>结束</translation>
+    </message>
+    <message>
+        <source>Wire end</source>
+        <translation>结束送丝</translation>
+    </message>
+    <message>
+        <source>Feed</source>
+        <translation>送丝</translation>
+    </message>
+    <message>
+        <source>Retract</source>
+        <translation>退丝</translation>
+    </message>
+    <message>
+        <source>Compensation</source>
+        <translation>补偿</translation>
+    </message>
+    <message>
+        <source>Motion</source>
+        <translation>运动</translation>
+    </message>
+    <message>
+        <source>Power</source>
+        <translation>功率</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>频率</translation>
+    </message>
+    <message>
+        <source>Duty cycle</source>
+        <translation>占空比</translation>
+    </message>
+    <message>
+        <source>Switch on power, frequency or duty cycle matching to see how it follows the welding speed.</source>
+        <translation>打开功率、频率或占空比匹配，即可查看其随焊接速度的变化。</translation>
     </message>
 </context>
 <context>
@@ -712,6 +791,45 @@
     <message>
         <source>Speed parameter validation failed at row %1. Previous row value must be less than current row value.</source>
         <translation>速度参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
+    </message>
+</context>
+<context>
+    <name>WeldProfile</name>
+    <message>
+        <source>%1 is missing or not a number: drawn as 0</source>
+        <translation>%1 缺失或不是数字：按 0 绘制</translation>
+    </message>
+    <message>
+        <source>The start power is above the weld power</source>
+        <translation>起始功率高于焊接功率</translation>
+    </message>
+    <message>
+        <source>The end power is above the weld power</source>
+        <translation>结束功率高于焊接功率</translation>
+    </message>
+    <message>
+        <source>The ramp down outlasts the laser off delay: cut at laser off</source>
+        <translation>缓降时间长于关光延迟时间：关光时被截断</translation>
+    </message>
+    <message>
+        <source>The start wire is switched on with zero speed or time</source>
+        <translation>起始送丝已开启，但速度或时间为零</translation>
+    </message>
+    <message>
+        <source>The end wire is switched on with zero speed or time</source>
+        <translation>结束送丝已开启，但速度或时间为零</translation>
+    </message>
+    <message>
+        <source>The retract is switched on with zero speed or time</source>
+        <translation>退丝已开启，但速度或时间为零</translation>
+    </message>
+    <message>
+        <source>The wire compensation is switched on with zero speed or time</source>
+        <translation>填丝补偿已开启，但速度或时间为零</translation>
+    </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1（另有 %2 项）</translation>
     </message>
 </context>
 <context>

@@ -149,6 +149,11 @@ void CustomChart::setLine(double slope, double intercept)
     m_hasLine = true;
 }
 
+void CustomChart::setFitMark(int point)
+{
+    m_fitMark = point;
+}
+
 void CustomChart::setAxisLabels(const QString &xLabel, const QString &yLabel)
 {
     m_xLabel = xLabel;
@@ -207,4 +212,20 @@ void CustomChart::paint(QPainter &painter) const
     painter.setFont(QFont(QStringLiteral("Arial"), 10));
     painter.drawText(QPoint(area.right - 30, area.bottom + 20), m_xLabel);
     painter.drawText(QPoint(45, area.top - 5), m_yLabel);
+
+    // The node's distance to the line in red, with a ring around the node.
+    if (m_fitMark < 0 || m_fitMark >= m_points.size() || !x.isUsable() || !y.isUsable())
+        return;
+    const QPointF node = m_points.at(m_fitMark);
+    const double onLine = m_slope * node.x() + m_intercept;
+    if (std::isnan(node.x()) || std::isnan(node.y()) || !std::isfinite(onLine))
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(220, 0, 0), 2));
+    painter.setBrush(Qt::NoBrush);
+    const QPoint dot = mapToPlot(node, x, y, area);
+    painter.drawLine(dot, mapToPlot(QPointF(node.x(), onLine), x, y, area));
+    painter.drawEllipse(dot, 7, 7);
+    painter.restore();
 }

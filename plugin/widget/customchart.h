@@ -76,6 +76,10 @@ public:
     void setLine(double slope, double intercept);
     void setAxisLabels(const QString &xLabel, const QString &yLabel);
     bool hasLine() const { return m_hasLine; }
+    // Marks the node farthest from the line (an index into the points; -1 for none). Drawn
+    // after everything else, so the chart below it stays as it was.
+    void setFitMark(int point);
+    int fitMark() const { return m_fitMark; }
     double slope() const { return m_slope; }
     double intercept() const { return m_intercept; }
 
@@ -100,4 +104,5 @@ private:
     QString m_yLabel;
     QVector<QPointF> m_points;
     bool m_hasLine = false;
+    int m_fitMark = -1;
 };

@@ -30,19 +30,6 @@ Sample sampleFrom(const QJsonObject &values, qint64 t)
     return sample;
 }
 
-// The smallest 1, 2 or 5 times a power of ten that is at least value (> 0).
-double niceCeiling(double value)
-{
-    const double decade = std::pow(10.0, std::floor(std::log10(value)));
-    for (double factor : {1.0, 2.0, 5.0, 10.0}) {
-        const double candidate = factor * decade;
-        // log10 may land just below a whole decade; a relative tolerance keeps 1000 at 1000.
-        if (candidate >= value * (1.0 - 1e-12))
-            return std::isfinite(candidate) ? candidate : value;
-    }
-    return value;
-}
-
 } // namespace
 
 QVector<Sample> samplesFromStream(const QJsonObject &stream, qint64 pollTimeMs)
@@ -97,6 +84,18 @@ void trimToWindow(QVector<Sample> &history, qint64 windowMs)
     history.remove(0, keepFrom);
 }
 
+double niceCeiling(double value)
+{
+    const double decade = std::pow(10.0, std::floor(std::log10(value)));
+    for (double factor : {1.0, 2.0, 5.0, 10.0}) {
+        const double candidate = factor * decade;
+        // log10 may land just below a whole decade; a relative tolerance keeps 1000 at 1000.
+        if (candidate >= value * (1.0 - 1e-12))
+            return std::isfinite(candidate) ? candidate : value;
+    }
+    return value;
+}
+
 Range seriesRange(const QVector<Sample> &samples, int series)
 {
     double low = 0;
@@ -105,6 +104,13 @@ Range seriesRange(const QVector<Sample> &samples, int series)
         low = std::min(low, sample.values[series]);
         high = std::max(high, sample.values[series]);
     }
+    return niceRange(low, high);
+}
+
+Range niceRange(double low, double high)
+{
+    low = std::isfinite(low) ? std::min(low, 0.0) : 0.0;
+    high = std::isfinite(high) ? std::max(high, 0.0) : 0.0;
     Range range;
     range.min = low < 0 ? -niceCeiling(-low) : 0.0;
     range.max = high > 0 ? niceCeiling(high) : 0.0;

@@ -42,8 +42,12 @@ int mergeSamples(QVector<Sample> &history, QVector<Sample> incoming);
 // the window's start so that the lines reach the plot's left edge.
 void trimToWindow(QVector<Sample> &history, qint64 windowMs);
 
-// 0 and the next 1, 2 or 5 times a power of ten beyond the samples' extremes, so that the
-// scale does not change with every sample. All-zero series get 0..1.
+// The smallest 1, 2 or 5 times a power of ten that is at least value (> 0).
+double niceCeiling(double value);
+// 0 and the next 1, 2 or 5 times a power of ten beyond low and high; 0..1 when both are 0.
+// Values that are not finite count 0.
+Range niceRange(double low, double high);
+// niceRange of the series' values, so that the scale does not change with every sample.
 Range seriesRange(const QVector<Sample> &samples, int series);
 
 // x of time t in a plot whose right edge is newestT and whose width spans windowMs.
