@@ -1,18 +1,24 @@
 // The weld parameter page with full records (30 weld data sets, 10 matching sets, both re-read
 // on every show): its show at several port counts against the bare widget fill and against Qt
-// showing the same page so filled; and the weld profile preview redrawn after an edit.
+// showing the same page so filled; the weld profile preview redrawn after an edit; and the show
+// in a frame in which a weld streams to the monitor's trend.
 #include "benchmain.h"
 #include "pagefixture.h"
 #include "pageloops.h"
 
 #include "page/weldparameterpage.h"
 #include "widget/previewchart.h"
+#include "widget/trendchart.h"
+
+#include "controller/controllersimulator.h"
+#include "controller/programrunner.h"
 
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPainter>
 #include <QSpinBox>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -78,6 +84,51 @@ void profileRedraw(benchmark::State &state)
     }
 }
 
+// The page shown in a frame in which a weld runs in real time: the controller advances by one
+// frame (sampling every 50 ms), the monitor reads the stream, merges it into its trend and
+// paints it. The monitor reads every 100 ms; reading in every frame is the worst case.
+void streamingShow(benchmark::State &state)
+{
+    Setup setup(1024);
+    QTemporaryDir dir;
+    kelcontroller::ControllerSimulator sim(dir.path());
+    sim.commandCustomData(nullptr, QStringLiteral("kellaserweld"),
+        QStringLiteral("set_weld_enable"), QStringLiteral("TRUE"));
+    sim.setRobotPowered(true);
+    sim.commandCustomData(nullptr, QStringLiteral("kellaserweld"),
+        {{QStringLiteral("start_laserweld_monitor"), true}});
+    kelcontroller::ProgramRunner *runner = sim.runner();
+    runner->setRealTime(false);
+    const QStringList seam {
+        QStringLiteral("LsMoveL(p10, v1000, fine, tool0, wobj0);"),
+        QStringLiteral("LaserOn(\"LsData2\");"),
+        QStringLiteral("LsParaMatch(\"PowerData2\");"),
+        QStringLiteral("LsMoveL(Offs(p10,600,0,0), v10, fine, tool0, wobj0);"),
+        QStringLiteral("LaserOff;"),
+    };
+    TrendChart trend;
+    trend.resize(540, 340);
+    QImage image(trend.size(), QImage::Format_RGB32);
+    for (auto _ : state) {
+        state.PauseTiming();
+        setup.page.hide();
+        if (runner->state() == kelcontroller::ProgramRunner::State::Idle && !runner->run(seam)) {
+            state.SkipWithError("the weld was refused");
+            break;
+        }
+        state.ResumeTiming();
+        runner->advance(17);
+        const QJsonObject stream
+            = sim.getKelServiceData(QStringLiteral("weld_monitor_data")).toObject();
+        trend.addSamples(kellaser::trend::samplesFromStream(stream, runner->now()));
+        QPainter painter(&image);
+        trend.paint(painter);
+        painter.end();
+        setup.page.show();
+        PageLoops::settle();
+    }
+}
+
 } // namespace
 
 void registerBenchmarks()
@@ -85,6 +136,8 @@ void registerBenchmarks()
     PageLoops::addShows<Setup>("parampage_show", "ref_widget_fill");
     kelbench::add(kelbench::name("parampage_profile_redraw", "ours"), profileRedraw)
         ->Unit(benchmark::kMicrosecond);
+    kelbench::add(kelbench::name("parampage_streaming_show", "ours", 1024), streamingShow)
+        ->Unit(benchmark::kMillisecond);
 }
 
 KEL_BENCHMARK_MAIN()
