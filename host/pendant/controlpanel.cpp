@@ -1,6 +1,7 @@
 #include "controlpanel.h"
 
 #include "controller/controllersimulator.h"
+#include "controller/programrunner.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -129,6 +130,9 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
         &ControlPanel::refreshState);
     connect(controller, &kelcontroller::ControllerSimulator::commandHandled, this,
         &ControlPanel::addTraffic);
+    using Runner = kelcontroller::ProgramRunner;
+    connect(controller->runner(), &Runner::stateChanged, this, &ControlPanel::refreshState);
+    connect(controller->runner(), &Runner::lineChanged, this, &ControlPanel::refreshState);
     refreshState();
     refreshOutputs();
 }
@@ -157,9 +161,22 @@ void ControlPanel::refreshState()
             .arg(m_controller->isVirtualWelding() ? tr("virtual welding") : tr("real welding")));
     lines.append(tr("Laser welding enabled: %1").arg(onOff(m_controller->isWeldingEnabled())));
     lines.append(tr("Guide laser: %1").arg(onOff(m_controller->isRedLightOn())));
-    lines.append(tr("Assist gas: %1").arg(m_controller->isGasOpen() ? tr("open") : tr("closed")));
+    const kelcontroller::ProgramRunner *runner = m_controller->runner();
+    const bool gas = m_controller->isGasOpen() || runner->outputs().gas;
+    lines.append(tr("Assist gas: %1").arg(gas ? tr("open") : tr("closed")));
     lines.append(tr("Wire feeder: %1").arg(feeder));
     lines.append(tr("Monitor stream: %1").arg(onOff(m_controller->isMonitorRunning())));
+    switch (runner->state()) {
+    case kelcontroller::ProgramRunner::State::Idle:
+        lines.append(tr("Program: idle"));
+        break;
+    case kelcontroller::ProgramRunner::State::Running:
+        lines.append(tr("Program: running, line %1").arg(runner->currentLine() + 1));
+        break;
+    case kelcontroller::ProgramRunner::State::Stepping:
+        lines.append(tr("Program: stepping, line %1").arg(runner->currentLine() + 1));
+        break;
+    }
     m_state->setText(lines.join(QLatin1Char('\n')));
     m_userLevel->setValue(m_controller->getUserOperateLevel());
     m_powered->setChecked(m_controller->getRobotEleStatus());
