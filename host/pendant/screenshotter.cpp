@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QPixmap>
 #include <QPushButton>
@@ -92,9 +93,63 @@ QStringList Screenshotter::run()
         shootDialogs(page, prefix);
     }
     shootInstructionEditors();
-    if (m_controller)
+    if (m_controller) {
+        shootFitQuality();
         shootWeldRun();
+    }
     return m_written;
+}
+
+void Screenshotter::shootFitQuality()
+{
+    const QString plugin = QStringLiteral("kellaserweld");
+    const QString io = QStringLiteral("weld_io_config");
+    const QString curves = QStringLiteral("weld_curve_config");
+    const QJsonObject ioBefore = m_controller->record(io);
+    const QJsonObject curvesBefore = m_controller->record(curves);
+    const auto send = [this, &plugin](const QString &command, const QJsonObject &value) {
+        m_controller->commandCustomData(nullptr, plugin, {{command, value}});
+    };
+    // The power curve is live only with its output switched on; its middle node is typed 10 %
+    // above the line through the other two.
+    QJsonObject liveIo = ioBefore;
+    liveIo.insert(QStringLiteral("power_enabled"), true);
+    send(QStringLiteral("set_weld_io_config"), liveIo);
+    send(QStringLiteral("set_weld_curve_power_config"),
+        {{QStringLiteral("laser_power_node"), 3},
+            {QStringLiteral("power_nodes_data"),
+                QJsonArray {
+                    QJsonArray {0.0, 0.0}, QJsonArray {5.0, 3300.0}, QJsonArray {10.0, 6000.0}}}});
+
+    QTabWidget *tabs = m_window->centreTabs();
+    for (int i = 0; i < tabs->count(); ++i) {
+        QWidget *centre = tabs->widget(i);
+        for (QToolButton *button : centre->findChildren<QToolButton *>()) {
+            if (!button->isCheckable())
+                continue;
+            tabs->setCurrentIndex(i);
+            button->click();
+            settle();
+            QWidget *page
+                = centre->findChild<QWidget *>(QStringLiteral("CharacteristicsCurvePage"));
+            auto *compute = page
+                ? page->findChild<QPushButton *>(QStringLiteral("pushButton_compute"))
+                : nullptr;
+            if (!compute || !compute->isVisible())
+                continue;
+            compute->click();
+            settle();
+            save(centre, QStringLiteral("fitquality-CharacteristicsCurvePage"));
+            i = tabs->count();
+            break;
+        }
+    }
+    send(QStringLiteral("set_weld_curve_power_config"),
+        {{QStringLiteral("laser_power_node"),
+             curvesBefore.value(QStringLiteral("laser_power_node"))},
+            {QStringLiteral("power_nodes_data"),
+                curvesBefore.value(QStringLiteral("power_nodes_data"))}});
+    send(QStringLiteral("set_weld_io_config"), ioBefore);
 }
 
 void Screenshotter::shootWeldRun()

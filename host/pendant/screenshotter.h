@@ -16,8 +16,9 @@ class ControllerSimulator;
 class Screenshotter
 {
 public:
-    // With a controller, the shots end with a weld run: the program editor during the run and
-    // the monitor's trend of it.
+    // With a controller, the shots end with two scenes: a calibration node typed off its line
+    // after Compute, and a weld run (the program editor during the run and the monitor's trend
+    // of it). The records are put back afterwards; the weld stays in the weld log.
     Screenshotter(PendantWindow *window, const QString &folder,
         kelcontroller::ControllerSimulator *controller = nullptr);
 
@@ -38,6 +39,7 @@ private:
     void shootDialogs(QWidget *centre, const QString &prefix);
     void shootInstructionEditors();
     void shootWeldRun();
+    void shootFitQuality();
 
     PendantWindow *m_window;
     kelcontroller::ControllerSimulator *m_controller;
