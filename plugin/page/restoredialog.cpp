@@ -84,8 +84,8 @@ void RestoreDialog::showBackup(const ConfigBackup::Contents &contents)
             item->setFlags(item->flags() & ~Qt::ItemIsUserCheckable);
         } else {
             item->setCheckState(0, changes.isEmpty() ? Qt::Unchecked : Qt::Checked);
-            item->setText(1,
-                changes.isEmpty() ? tr("No changes") : tr("%n change(s)", nullptr, changes.size()));
+            item->setText(
+                1, changes.isEmpty() ? tr("No changes") : tr("Changes: %1").arg(changes.size()));
         }
         for (const auto &change : changes) {
             QString key = change.key;
