@@ -26,9 +26,9 @@ public:
     void openMonitor();
     // Writes the five records with the controller's identity to path; false, told to the
     // operator, when it cannot.
-    bool backupTo(const QString &path);
+    Q_INVOKABLE bool backupTo(const QString &path);
     // Opens the restore preview of a backup file; the dialog stays open to report.
-    void openRestore(const QString &path);
+    Q_INVOKABLE void openRestore(const QString &path);
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -98,6 +98,7 @@ void RestoreDialog::showBackup(const ConfigBackup::Contents &contents)
                     kellaser::RecordDiff::text(change.after)});
         }
     }
+    tree->expandAll();
     m_ui.pushButton_restore->setEnabled(tree->topLevelItemCount() > 0);
 }
 
