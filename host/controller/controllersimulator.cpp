@@ -1,5 +1,6 @@
 #include "controllersimulator.h"
 
+#include "changehistory.h"
 #include "curvefit.h"
 #include "factoryrecords.h"
 #include "outputcalibration.h"
@@ -89,12 +90,15 @@ ControllerSimulator::ControllerSimulator(const QString &dataDir, QObject *parent
     connect(m_runner, &ProgramRunner::lineChanged, this, &ControllerSimulator::stateChanged);
     m_gasTimer->setSingleShot(true);
     connect(m_gasTimer, &QTimer::timeout, this, [this] { setGasOpen(false); });
+    m_history.reset(
+        new ChangeHistory(QDir(dir).absoluteFilePath(QStringLiteral("kelhistory.json"))));
     load();
-    const QString recordsProblem = m_weldRecords->load();
-    if (!recordsProblem.isEmpty()) {
-        m_lastError = recordsProblem;
+    for (const QString &sideProblem : {m_weldRecords->load(), m_history->load()}) {
+        if (sideProblem.isEmpty())
+            continue;
+        m_lastError = sideProblem;
         QMetaObject::invokeMethod(
-            this, [this, recordsProblem] { emit problem(recordsProblem); }, Qt::QueuedConnection);
+            this, [this, sideProblem] { emit problem(sideProblem); }, Qt::QueuedConnection);
     }
 }
 
@@ -278,6 +282,12 @@ bool ControllerSimulator::storeRecord(
     m_records.insert(key, value);
     if (!persistOrUndo([this, key, old] { m_records.insert(key, old); }, entry))
         return false;
+    // The record is stored; a history that cannot be written is told, not a refusal.
+    QString historyError;
+    if (!m_history->add({QDateTime::currentDateTimeUtc(), m_userLevel, m_command, key,
+                            ChangeHistory::changes(old, value)},
+            &historyError))
+        report(historyError);
     emit stateChanged();
     return true;
 }
@@ -519,6 +529,7 @@ QJsonObject ControllerSimulator::execute(const QString &pluginKey, const QJsonOb
     }();
 
     const QString name = command.constBegin().key();
+    m_command = name;
     const auto handler = handlers.constFind(name);
     if (handler == handlers.constEnd()) {
         report(QStringLiteral("Unknown command \"%1\" refused").arg(name));
@@ -761,6 +772,9 @@ QJsonValue ControllerSimulator::getKelServiceData(const QString &key)
         if (isId)
             value = m_weldRecords->weld(id);
         member = 2;
+    } else if (path.first() == QLatin1String("controller_identity")) {
+        value = QJsonObject {{QStringLiteral("model"), QStringLiteral("kelcontroller simulator")},
+            {QStringLiteral("data_file"), dataFilePath()}};
     } else if (path.first() == statusKey) {
         value = QJsonObject {{virtualKey, m_virtualWelding}, {redLightKey, m_redLight}};
     } else if (m_records.contains(path.first())) {

@@ -16,6 +16,7 @@ class QTimer;
 
 namespace kelcontroller {
 
+class ChangeHistory;
 class ProgramRunner;
 class RecordStore;
 class WeldRecords;
@@ -94,6 +95,9 @@ public:
     QString activeWeldData() const { return m_activeWeldData; }
     void setActiveWeldData(const QString &setName);
 
+    // Every accepted change of a configuration record.
+    const ChangeHistory &history() const { return *m_history; }
+
     // Runs weld programs in the simulated cell.
     ProgramRunner *runner() const { return m_runner; }
     QList<PortValue> assignedOutputs() const;
@@ -167,6 +171,8 @@ private:
 
     std::unique_ptr<RecordStore> m_store;
     std::unique_ptr<WeldRecords> m_weldRecords;
+    std::unique_ptr<ChangeHistory> m_history;
+    QString m_command; // the command being executed, for the history
     ProgramRunner *m_runner = nullptr;
     QTimer *m_gasTimer = nullptr;
     QHash<QString, QJsonObject> m_records;

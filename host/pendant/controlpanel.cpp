@@ -3,8 +3,12 @@
 #include "controller/controllersimulator.h"
 #include "controller/programrunner.h"
 
+#include "controller/changehistory.h"
+
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -13,7 +17,9 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QLocale>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QSaveFile>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTime>
@@ -47,6 +53,8 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     , m_traffic(new QListWidget(this))
     , m_outputs(new QTableWidget(0, 3, this))
     , m_outputTimer(new QTimer(this))
+    , m_historyFilter(new QComboBox(this))
+    , m_history(new QTableWidget(0, 6, this))
 {
     auto *layout = new QVBoxLayout(this);
 
@@ -114,6 +122,35 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     trafficLayout->addWidget(m_traffic);
     layout->addWidget(traffic, 1);
 
+    auto *history = new QGroupBox(tr("Change history"), this);
+    auto *historyLayout = new QVBoxLayout(history);
+    auto *historyBar = new QHBoxLayout;
+    m_historyFilter->setObjectName(QStringLiteral("historyFilter"));
+    m_historyFilter->addItem(tr("All records"), QString());
+    for (const QString &key : kelcontroller::ControllerSimulator::recordKeys())
+        m_historyFilter->addItem(key, key);
+    auto *exportHistory = new QPushButton(tr("Export CSV..."), history);
+    exportHistory->setObjectName(QStringLiteral("historyExport"));
+    historyBar->addWidget(m_historyFilter, 1);
+    historyBar->addWidget(exportHistory);
+    historyLayout->addLayout(historyBar);
+    m_history->setObjectName(QStringLiteral("changeHistory"));
+    m_history->setHorizontalHeaderLabels(
+        {tr("Time"), tr("Level"), tr("Command"), tr("Key"), tr("Old"), tr("New")});
+    m_history->verticalHeader()->hide();
+    m_history->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_history->horizontalHeader()->setStretchLastSection(true);
+    historyLayout->addWidget(m_history);
+    layout->addWidget(history, 1);
+    connect(m_historyFilter, qOverload<int>(&QComboBox::currentIndexChanged), this,
+        [this] { refreshHistory(true); });
+    connect(exportHistory, &QPushButton::clicked, this, [this] {
+        const QString path = QFileDialog::getSaveFileName(this, tr("Export the change history"),
+            QStringLiteral("kelhistory.csv"), tr("CSV (*.csv)"));
+        if (!path.isEmpty())
+            exportHistoryCsv(path);
+    });
+
     connect(m_userLevel, qOverload<int>(&QSpinBox::valueChanged), controller,
         &kelcontroller::ControllerSimulator::setUserLevel);
     connect(m_powered, &QCheckBox::toggled, controller,
@@ -135,10 +172,53 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     connect(controller->runner(), &Runner::lineChanged, this, &ControlPanel::refreshState);
     refreshState();
     refreshOutputs();
+    refreshHistory(true);
+}
+
+void ControlPanel::refreshHistory(bool force)
+{
+    const auto &entries = m_controller->history().entries();
+    // Most state changes are no configuration change; the table is rebuilt only for those.
+    const QDateTime last = entries.isEmpty() ? QDateTime() : entries.last().time;
+    if (!force && entries.size() == m_historyShown && last == m_historyLast)
+        return;
+    m_historyShown = entries.size();
+    m_historyLast = last;
+    const QString record = m_historyFilter->currentData().toString();
+    m_history->setRowCount(0);
+    // Newest first: the change just made is the one looked for.
+    for (auto entry = entries.crbegin(); entry != entries.crend(); ++entry) {
+        if (!record.isEmpty() && entry->record != record)
+            continue;
+        for (const auto &change : entry->changes) {
+            const int row = m_history->rowCount();
+            m_history->insertRow(row);
+            const QStringList cells {
+                entry->time.toLocalTime().toString(QStringLiteral("MM-dd hh:mm:ss")),
+                QString::number(entry->userLevel), entry->command,
+                entry->record + QLatin1Char('.') + change.key, compact(change.before),
+                compact(change.after)};
+            for (int column = 0; column < cells.size(); ++column)
+                m_history->setItem(row, column, new QTableWidgetItem(cells.at(column)));
+        }
+    }
+}
+
+bool ControlPanel::exportHistoryCsv(const QString &path)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(m_controller->history().csv(m_historyFilter->currentData().toString()));
+        if (file.commit())
+            return true;
+    }
+    QMessageBox::warning(this, tr("Export the change history"), file.errorString());
+    return false;
 }
 
 void ControlPanel::refreshState()
 {
+    refreshHistory();
     using Sim = kelcontroller::ControllerSimulator;
     const auto onOff = [this](bool on) { return on ? tr("on") : tr("off"); };
     QString feeder;

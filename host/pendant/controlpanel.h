@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QWidget>
 
 class QCheckBox;
+class QComboBox;
 class QLabel;
 class QListWidget;
 class QSpinBox;
@@ -28,6 +30,10 @@ public:
     void refreshState();
     // The assigned output ports with their live values, while a weld may change them.
     void refreshOutputs();
+    // The change history, filtered by record; force rebuilds it even when nothing was added.
+    void refreshHistory(bool force = false);
+    // The shown record's history as CSV; false, told to the operator, when it fails.
+    bool exportHistoryCsv(const QString &path);
 
 private:
     void addTraffic(const QString &command, const QJsonValue &payload, const QJsonArray &reply);
@@ -41,4 +47,8 @@ private:
     QListWidget *m_traffic;
     QTableWidget *m_outputs;
     QTimer *m_outputTimer;
+    QComboBox *m_historyFilter;
+    QTableWidget *m_history;
+    int m_historyShown = -1;
+    QDateTime m_historyLast;
 };

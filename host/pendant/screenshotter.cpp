@@ -90,6 +90,8 @@ QStringList Screenshotter::run()
             save(page, prefix);
             shootTabs(page, page, prefix);
         }
+        if (m_controller)
+            openRestorePreview(page);
         shootDialogs(page, prefix);
     }
     shootInstructionEditors();
@@ -331,6 +333,47 @@ void Screenshotter::shootDialogs(QWidget *centre, const QString &prefix)
         settle();
         save(dialog, QStringLiteral("%1-dialog-%2").arg(prefix, dialog->objectName()));
         dialog->hide();
+    }
+}
+
+// A backup taken now, then three harmless edits, so the preview has something to show.
+void Screenshotter::openRestorePreview(QWidget *centre)
+{
+    QList<QWidget *> pages = centre->findChildren<QWidget *>();
+    pages.prepend(centre);
+    for (QWidget *page : qAsConst(pages)) {
+        if (page->metaObject()->indexOfMethod("openRestore(QString)") < 0)
+            continue;
+        const QString path = m_scratch.filePath(QStringLiteral("backup.json"));
+        bool written = false;
+        QMetaObject::invokeMethod(
+            page, "backupTo", Q_RETURN_ARG(bool, written), Q_ARG(QString, path));
+        if (!written) {
+            m_errors.append(QStringLiteral("no backup for the restore preview"));
+            return;
+        }
+        const QString plugin = QStringLiteral("kellaserweld");
+        QJsonObject settings = m_controller->record(QStringLiteral("weld_setting_config"));
+        settings.insert(QStringLiteral("pre_gas_time"), 450);
+        m_controller->commandCustomData(
+            nullptr, plugin, {{QStringLiteral("set_weld_setting_config"), settings}});
+        QJsonObject set = m_controller->record(QStringLiteral("weld_param_config"))
+                              .value(QStringLiteral("LsData3"))
+                              .toObject();
+        set.insert(QStringLiteral("Tips"), QStringLiteral("trial"));
+        m_controller->commandCustomData(nullptr, plugin,
+            {{QStringLiteral("set_weld_param_list_config"),
+                QJsonObject {{QStringLiteral("LsData3"), set}}}});
+        QJsonObject io = m_controller->record(QStringLiteral("weld_io_config"));
+        io.insert(QStringLiteral("descent_signal_port"), QStringLiteral("DO12"));
+        m_controller->commandCustomData(
+            nullptr, plugin, {{QStringLiteral("set_weld_io_config"), io}});
+        QMetaObject::invokeMethod(page, "openRestore", Q_ARG(QString, path));
+        // The page shows its dialog; the gallery shoots it with the others.
+        const auto dialogs = centre->findChildren<QDialog *>();
+        for (QDialog *dialog : dialogs)
+            dialog->hide();
+        return;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QStringList>
+#include <QTemporaryDir>
 
 class PendantWindow;
 class ProgramEditor;
@@ -37,6 +38,7 @@ private:
     void shootDetailedEditor(QWidget *centre, QWidget *page, QWidget *tab, const QString &prefix);
     void fillProgram(ProgramEditor *editor);
     void shootDialogs(QWidget *centre, const QString &prefix);
+    void openRestorePreview(QWidget *centre);
     void shootInstructionEditors();
     void shootWeldRun();
     void shootFitQuality();
@@ -44,6 +46,7 @@ private:
     PendantWindow *m_window;
     kelcontroller::ControllerSimulator *m_controller;
     QDir m_folder;
+    QTemporaryDir m_scratch;
     QStringList m_written;
     QStringList m_errors;
 };

@@ -213,33 +213,45 @@ QJsonObject CharacteristicsCurvePage::curveObject(Curve curve) const
     return {{keys.nodeCount, widgets.nodeCount->currentIndex() + 2}, {keys.nodes, rows}};
 }
 
-bool CharacteristicsCurvePage::validate(Curve curve)
+CharacteristicsCurvePage::CurveSave CharacteristicsCurvePage::curveSave(Curve curve)
 {
-    const QTableWidget *table = m_curves[curve].table;
-    const int rows = table->rowCount();
-    if (rows < 2) {
-        kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_WARNING,
-            tr("Validation failed,The table requires at least two rows of data!"));
-        return false;
-    }
-    for (int i = 1; i < rows; ++i) {
-        const QDoubleSpinBox *raw = rawSpin(table, i);
-        const QDoubleSpinBox *previousRaw = rawSpin(table, i - 1);
-        const QSpinBox *physical = physicalSpin(table, i);
-        const QSpinBox *previousPhysical = physicalSpin(table, i - 1);
-        if (!raw || !previousRaw || !physical || !previousPhysical)
-            return false;
-        if (previousRaw->value() < raw->value() && previousPhysical->value() < physical->value())
+    const CurveKeys &keys = curveKeys()[curve];
+    return {keys.nodeCount, keys.nodes, keys.saveCommand};
+}
+
+QString CharacteristicsCurvePage::nodesRefusal(const QVector<QPointF> &nodes)
+{
+    if (nodes.size() < 2)
+        return tr("Validation failed,The table requires at least two rows of data!");
+    for (int i = 1; i < nodes.size(); ++i) {
+        const QPointF &previous = nodes.at(i - 1);
+        const QPointF &node = nodes.at(i);
+        if (previous.x() < node.x() && previous.y() < node.y())
             continue;
         const QString message
             = tr("The data in line %1 must be greater than the data in row %2!").arg(i + 1).arg(i);
         // The formatted text goes through the translation once more, as the catalogue
         // expects.
-        kelplugin::ThrowLog(
-            kPluginKey, kelplugin::THROW_LOG_WARNING, tr(message.toUtf8().constData()));
-        return false;
+        return tr(message.toUtf8().constData());
     }
-    return true;
+    return QString();
+}
+
+bool CharacteristicsCurvePage::validate(Curve curve)
+{
+    const QTableWidget *table = m_curves[curve].table;
+    QVector<QPointF> nodes;
+    for (int i = 0; i < table->rowCount(); ++i) {
+        // A half-built table cannot be judged; the node count alone can.
+        if (table->rowCount() >= 2 && (!rawSpin(table, i) || !physicalSpin(table, i)))
+            return false;
+        nodes.append(nodePoint(table, i));
+    }
+    const QString refusal = nodesRefusal(nodes);
+    if (refusal.isEmpty())
+        return true;
+    kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_WARNING, refusal);
+    return false;
 }
 
 void CharacteristicsCurvePage::computeChart(Curve curve)

@@ -2,7 +2,9 @@
 
 #include "ui_characteristicscurvepage.h"
 
+#include <QPointF>
 #include <QPointer>
+#include <QVector>
 #include <QWidget>
 
 #include <array>
@@ -47,6 +49,17 @@ public:
     // The fitted line in a compute reply: every element overwrites, so the last one decides
     // and one without a fit reads 0.
     static Fit fitFromReply(const QJsonArray &reply);
+    // The record keys of one curve and the command that saves them.
+    struct CurveSave
+    {
+        QString nodeCountKey;
+        QString nodesKey;
+        QString command;
+    };
+    static CurveSave curveSave(Curve curve);
+    // Why Save would refuse these (raw, physical) nodes: fewer than two, or a node not above
+    // the one before it in both values; empty when it would send them.
+    static QString nodesRefusal(const QVector<QPointF> &nodes);
 
     // Checks one tab's table and tells the operator about the first bad row.
     bool validate(Curve curve);

@@ -2,7 +2,10 @@
 
 #include "buttonmonitorpage.h"
 #include "characteristicscurvepage.h"
+#include "configbackup.h"
+#include "configrestore.h"
 #include "lasertrackingpage.h"
+#include "restoredialog.h"
 #include "weldiopage.h"
 #include "weldparameterpage.h"
 #include "weldsettingpage.h"
@@ -11,9 +14,15 @@
 #include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
+#include "kelplugin/hostfunctions.h"
+#include "kelplugin/interfacemanager.h"
+
 #include <QBoxLayout>
+#include <QDateTime>
 #include <QFile>
+#include <QFileDialog>
 #include <QPainter>
+#include <QSaveFile>
 #include <QToolButton>
 
 namespace {
@@ -99,6 +108,49 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
         m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::setPageStatus);
     // Watching a weld changes nothing, so the monitor stays at hand while the pages are locked.
     connect(m_ui.pushButton_monitor, &QPushButton::clicked, this, &LaserWeldPage::openMonitor);
+    connect(m_ui.pushButton_backup, &QPushButton::clicked, this, [this] {
+        const QString name
+            = QStringLiteral("kellaserweld-%1.json")
+                  .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss")));
+        const QString path = QFileDialog::getSaveFileName(
+            this, tr("Back up the configuration"), name, tr("Backups (*.json)"));
+        if (!path.isEmpty())
+            backupTo(path);
+    });
+    connect(m_ui.pushButton_restore, &QPushButton::clicked, this, [this] {
+        const QString path = QFileDialog::getOpenFileName(
+            this, tr("Restore the configuration"), QString(), tr("Backups (*.json)"));
+        if (!path.isEmpty())
+            openRestore(path);
+    });
+}
+
+bool LaserWeldPage::backupTo(const QString &path)
+{
+    const QJsonValue identity
+        = kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("controller_identity"));
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(ConfigBackup::write(
+            ConfigRestore::currentRecords(), identity.toObject(), QDateTime::currentDateTimeUtc()));
+        if (file.commit()) {
+            kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_INFO,
+                tr("Configuration backed up to %1").arg(path));
+            return true;
+        }
+    }
+    kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_ERROR,
+        tr("Backup failed: %1").arg(file.errorString()));
+    return false;
+}
+
+void LaserWeldPage::openRestore(const QString &path)
+{
+    auto *dialog = findChild<RestoreDialog *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!dialog)
+        dialog = new RestoreDialog(this);
+    dialog->openFile(path);
+    dialog->show();
 }
 
 LaserWeldPage::~LaserWeldPage() = default;
@@ -152,6 +204,10 @@ void LaserWeldPage::selectPage(QToolButton *button, const QString &title)
 void LaserWeldPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    // Backup and restore handle the whole cell's configuration: for those who may change it.
+    const bool mayConfigure = kelplugin::kelPluginInterface().getUserOperateLevel() >= 3;
+    m_ui.pushButton_backup->setVisible(mayConfigure);
+    m_ui.pushButton_restore->setVisible(mayConfigure);
     const auto buttons = m_ui.wgtNav->findChildren<QToolButton *>();
     if (!buttons.isEmpty())
         buttons.first()->click();

@@ -24,6 +24,11 @@ public:
     void initRenderStyle();
     // Starts the controller's monitor stream and shows the live values.
     void openMonitor();
+    // Writes the five records with the controller's identity to path; false, told to the
+    // operator, when it cannot.
+    Q_INVOKABLE bool backupTo(const QString &path);
+    // Opens the restore preview of a backup file; the dialog stays open to report.
+    Q_INVOKABLE void openRestore(const QString &path);
 
 protected:
     void showEvent(QShowEvent *event) override;

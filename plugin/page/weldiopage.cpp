@@ -273,45 +273,78 @@ void WeldioPage::applyEditLock()
     setEnabled(permitted && !welding);
 }
 
-bool WeldioPage::checkDuplicatePorts(bool outputs)
-{
-    QSet<QString> used;
-    for (const Row &row : m_rows) {
-        if (row.output != outputs || (row.enable && !row.enable->isOn()))
-            continue;
-        const QString port = row.port->currentText();
-        if (port.isEmpty())
-            continue;
-        const int typeIndex = row.type ? row.type->currentIndex() : -1;
-        const QString key = port + QLatin1Char('_') + QString::number(typeIndex);
-        if (used.contains(key)) {
-            kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR,
-                tr("Port %1 is already in use, save failed!").arg(port));
-            return false;
-        }
-        used.insert(key);
-    }
-    return true;
-}
+namespace {
 
-bool WeldioPage::checkEmptyPorts()
+// The rows' keys in the record's write order, for checks that have a record but no form.
+const struct
 {
-    for (const Row &row : m_rows) {
-        const bool inUse = !row.enable || row.enable->isOn();
-        if (inUse && row.port->currentText().isEmpty()) {
-            kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR,
-                tr("There is an empty port. Please check and reconfigure!"));
-            return false;
+    const char *port;
+    const char *type;   // nullptr: a fixed type
+    const char *enable; // nullptr: always in use
+    bool output;
+} kRowKeys[] {
+    {"laser_enable_port", nullptr, nullptr, true},
+    {"power_port", "power_type", "power_enabled", true},
+    {"frequency_port", "frequency_type", "frequency_enabled", true},
+    {"duty_cycle_port", "duty_cycle_type", "duty_cycle_enabled", true},
+    {"red_light_port", nullptr, "red_light_enabled", true},
+    {"gas_protect_port", nullptr, nullptr, true},
+    {"wire_speed_port", "wire_speed_type", "wire_speed_enabled", true},
+    {"wire_feed_port", nullptr, "wire_feed_enabled", true},
+    {"retract_direction_port", nullptr, "retract_direction_enabled", true},
+    {"manual_wire_feed_port", nullptr, "manual_wire_feed_enabled", true},
+    {"manual_retract_port", nullptr, "manual_retract_enabled", true},
+    {"power_feedback_port", "power_feedback_type", "power_feedback_enabled", false},
+    {"light_feedback_port", nullptr, "light_feedback_enabled", false},
+    {"laser_alarm_port", nullptr, "laser_alarm_enabled", false},
+    {"shield_gas_feedback_port", nullptr, "shield_gas_feedback_enabled", false},
+    {"wire_speed_feedback_port", "wire_speed_feedback_type", "wire_speed_feedback_enabled", false},
+    {"wire_feed_feedback_port", nullptr, "wire_feed_feedback_enabled", false},
+    {"wire_feeder_alarm_port", nullptr, "wire_feeder_alarm_enabled", false},
+    {"adhesion_detection_en_port", nullptr, "adhesion_detection_enabled", true},
+    {"descent_signal_port", nullptr, "descent_signal_enabled", true},
+    {"adhesion_detection_feedback_port", nullptr, "adhesion_detection_feedback_enabled", false},
+    {"external_alarm_port", nullptr, "external_alarm_enabled", false},
+};
+
+} // namespace
+
+QString WeldioPage::recordRefusal(const QJsonObject &record)
+{
+    const auto inUse = [&record](const char *enable) {
+        return !enable || record.value(QLatin1String(enable)).toBool();
+    };
+    for (const bool outputs : {true, false}) {
+        QSet<QString> used;
+        for (const auto &row : kRowKeys) {
+            if (row.output != outputs || !inUse(row.enable))
+                continue;
+            const QString port = record.value(QLatin1String(row.port)).toString();
+            if (port.isEmpty())
+                continue;
+            const int typeIndex = row.type ? record.value(QLatin1String(row.type)).toInt() : -1;
+            const QString key = port + QLatin1Char('_') + QString::number(typeIndex);
+            if (used.contains(key))
+                return tr("Port %1 is already in use, save failed!").arg(port);
+            used.insert(key);
         }
     }
-    return true;
+    for (const auto &row : kRowKeys) {
+        if (inUse(row.enable) && record.value(QLatin1String(row.port)).toString().isEmpty())
+            return tr("There is an empty port. Please check and reconfigure!");
+    }
+    return QString();
 }
 
 void WeldioPage::save()
 {
-    if (!checkDuplicatePorts(true) || !checkDuplicatePorts(false) || !checkEmptyPorts())
+    const QJsonObject io = record();
+    const QString refusal = recordRefusal(io);
+    if (!refusal.isEmpty()) {
+        kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR, refusal);
         return;
-    checkSaveResult(kellaser::CommandChannel::send(this, saveCommand(), record()));
+    }
+    checkSaveResult(kellaser::CommandChannel::send(this, saveCommand(), io));
 }
 
 void WeldioPage::cancel()

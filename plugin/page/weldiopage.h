@@ -32,6 +32,9 @@ public:
 
     // The record as the widgets hold it.
     QJsonObject record() const;
+    // Why Save would refuse this record (a port used twice, an empty port on a row in use), in
+    // the operator's words; empty when it would send it.
+    static QString recordRefusal(const QJsonObject &record);
     // Fills the widgets from a record, key by key in the record's write order.
     void loadRecord(const QJsonObject &record);
 
@@ -100,8 +103,6 @@ private:
     void applySwitches();
     void applyEditLock();
 
-    bool checkDuplicatePorts(bool outputs);
-    bool checkEmptyPorts();
     void save();
     void cancel();
 

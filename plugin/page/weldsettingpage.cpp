@@ -249,12 +249,20 @@ void WeldSettingPage::setFeederPlanStatus(bool isOn)
     m_ui.doubleSpinBox_manual_retract_speed->setEnabled(isOn);
 }
 
+QString WeldSettingPage::recordRefusal(const QJsonObject &record)
+{
+    if (record.value(QLatin1String("feedback_delay")).toDouble()
+        < record.value(QLatin1String("laser_check_out_time")).toDouble())
+        return tr("The detected time of the light output is later than the light output "
+                  "inspection time; saving failed!");
+    return QString();
+}
+
 bool WeldSettingPage::validate()
 {
-    if (m_ui.spinBox_feedback_delay->value() < m_ui.spinBox_laser_check_out_time->value()) {
-        kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR,
-            tr("The detected time of the light output is later than the light output "
-               "inspection time; saving failed!"));
+    const QString refusal = recordRefusal(record());
+    if (!refusal.isEmpty()) {
+        kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR, refusal);
         return false;
     }
     return true;

@@ -25,6 +25,9 @@ public:
     QJsonObject record() const;
     // Fills the widgets from a record with the controller's number conversions.
     void loadRecord(const QJsonObject &record);
+    // Why Save would refuse this record (feedback delay below the check-out time), in the
+    // operator's words; empty when it would send it.
+    static QString recordRefusal(const QJsonObject &record);
 
     // True while laser welding is switched on; other pages lock themselves then.
     bool isMainEnabled() const;

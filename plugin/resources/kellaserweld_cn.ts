@@ -208,6 +208,80 @@
     </message>
 </context>
 <context>
+    <name>ConfigBackup</name>
+    <message>
+        <source>%1: &quot;%2&quot; has the wrong type</source>
+        <translation>%1：“%2”的类型错误</translation>
+    </message>
+    <message>
+        <source>%1: unknown key &quot;%2&quot;</source>
+        <translation>%1：未知的键“%2”</translation>
+    </message>
+    <message>
+        <source>%1: &quot;%2&quot; is not a set name</source>
+        <translation>%1：“%2”不是有效的数据组名称</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件为空。</translation>
+    </message>
+    <message>
+        <source>The file is too large for a backup.</source>
+        <translation>文件过大，不是备份文件。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: it is not a JSON object.</source>
+        <translation>文件已损坏：不是 JSON 对象。</translation>
+    </message>
+    <message>
+        <source>The file is no laser welding backup.</source>
+        <translation>该文件不是激光焊接备份。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: its version is not a number.</source>
+        <translation>文件已损坏：版本号不是数字。</translation>
+    </message>
+    <message>
+        <source>The backup was made by a newer version (%1); this one reads up to %2.</source>
+        <translation>该备份由更新的版本（%1）生成；本版本最高只能读取版本 %2。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: unknown entry &quot;%1&quot;.</source>
+        <translation>文件已损坏：未知条目“%1”。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: records, controller or time are missing.</source>
+        <translation>文件已损坏：缺少记录、控制器或时间。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: unknown record &quot;%1&quot;.</source>
+        <translation>文件已损坏：未知记录“%1”。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: %1 is not an object.</source>
+        <translation>文件已损坏：%1 不是对象。</translation>
+    </message>
+</context>
+<context>
+    <name>ConfigRestore</name>
+    <message>
+        <source>%1: the controller did not answer.</source>
+        <translation>%1：控制器没有应答。</translation>
+    </message>
+    <message>
+        <source>%1: the controller refused it (code %2).</source>
+        <translation>%1：控制器拒绝（代码 %2）。</translation>
+    </message>
+    <message>
+        <source>Welding is switched on: nothing was restored.</source>
+        <translation>焊接已开启：未恢复任何内容。</translation>
+    </message>
+    <message>
+        <source>Restored.</source>
+        <translation>已恢复。</translation>
+    </message>
+</context>
+<context>
     <name>CustomChart</name>
     <message>
         <source>Form</source>
@@ -330,6 +404,34 @@
         <source>Monitor</source>
         <translation>监控</translation>
     </message>
+    <message>
+        <source>Backup...</source>
+        <translation>备份...</translation>
+    </message>
+    <message>
+        <source>Restore...</source>
+        <translation>恢复...</translation>
+    </message>
+    <message>
+        <source>Back up the configuration</source>
+        <translation>备份配置</translation>
+    </message>
+    <message>
+        <source>Backups (*.json)</source>
+        <translation>备份文件 (*.json)</translation>
+    </message>
+    <message>
+        <source>Restore the configuration</source>
+        <translation>恢复配置</translation>
+    </message>
+    <message>
+        <source>Configuration backed up to %1</source>
+        <translation>配置已备份到 %1</translation>
+    </message>
+    <message>
+        <source>Backup failed: %1</source>
+        <translation>备份失败：%1</translation>
+    </message>
 </context>
 <context>
     <name>MotionParameters</name>
@@ -355,6 +457,69 @@
     <message>
         <source>Weld data:</source>
         <translation>焊接数据：</translation>
+    </message>
+</context>
+<context>
+    <name>RestoreDialog</name>
+    <message>
+        <source>Restore configuration</source>
+        <translation>恢复配置</translation>
+    </message>
+    <message>
+        <source>Record / key</source>
+        <translation>记录 / 键</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>当前值</translation>
+    </message>
+    <message>
+        <source>In the backup</source>
+        <translation>备份中的值</translation>
+    </message>
+    <message>
+        <source>Restore selected</source>
+        <translation>恢复所选</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>The file cannot be read: %1</source>
+        <translation>无法读取文件：%1</translation>
+    </message>
+    <message>
+        <source>Backup of %1, made %2. Tick the records to restore.</source>
+        <translation>%1 的备份，生成于 %2。请勾选要恢复的记录。</translation>
+    </message>
+    <message>
+        <source>an unknown controller</source>
+        <translation>未知控制器</translation>
+    </message>
+    <message>
+        <source>Cannot be restored: %1</source>
+        <translation>无法恢复：%1</translation>
+    </message>
+    <message>
+        <source>No changes</source>
+        <translation>无更改</translation>
+    </message>
+    <message>
+        <source>%1 (added)</source>
+        <translation>%1（新增）</translation>
+    </message>
+    <message>
+        <source>%1 (kept: not in the backup)</source>
+        <translation>%1（保留：备份中没有）</translation>
+    </message>
+    <message>
+        <source>No record was selected.</source>
+        <translation>未选择任何记录。</translation>
+    </message>
+    <message>
+        <source>Changes: %1</source>
+        <translation>更改：%1</translation>
     </message>
 </context>
 <context>
