@@ -391,6 +391,9 @@ void TestProgramEditor::runStateLocksTheProgram()
     for (const char *name : {"pushButton_edit", "pushButton_delete", "pushButton_insert",
              "pushButton_insert_default", "pushButton_open"})
         QCOMPARE(button(name), enabled.contains(QLatin1Char('e')));
+    QCOMPARE(editor.findChild<QListWidget *>(QStringLiteral("listWidget_program"))->editTriggers()
+            != QAbstractItemView::NoEditTriggers,
+        enabled.contains(QLatin1Char('e')));
     // An ended run shows no line.
     QCOMPARE(editor.runLine(), state == ProgramEditor::RunState::Idle ? -1 : 1);
 }

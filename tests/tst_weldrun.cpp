@@ -128,12 +128,16 @@ void TestWeldRun::processValues_data()
     const QJsonObject base {{"delay_time_start", 500}};
     QTest::newRow("before the laser, gas only") << base << 299 << "power" << 0.0;
     QTest::newRow("start ramp midpoint") << base << 350 << "power" << 1125.0;
+    QTest::newRow("start ramp quarter") << base << 325 << "power" << 937.5;
     QTest::newRow("start phase frequency")
         << patched(base, {{"frequency_start", 1000}}) << 350 << "frequency" << 1000.0;
     QTest::newRow("weld phase frequency")
         << patched(base, {{"frequency_start", 1000}}) << 400 << "frequency" << 2000.0;
     const QJsonObject slowEnd = patched(base, {{"ramp_value_end", 400}, {"delay_time_end", 300}});
     QTest::newRow("end ramp midpoint") << slowEnd << 1000 << "power" << 1000.0;
+    // LaserOff at 350 ms, halfway up the start ramp: down from 1125 W.
+    QTest::newRow("end ramp from the power at LaserOff")
+        << QJsonObject() << 370 << "power" << 1000.0;
     QTest::newRow("laser off cuts a longer end ramp") << slowEnd << 1100 << "power" << 0.0;
     QTest::newRow("negative ramp time is no ramp")
         << patched(base, {{"ramp_value_start", -100}}) << 300 << "power" << 1500.0;
@@ -182,11 +186,17 @@ void TestWeldRun::matchedValue()
     QFETCH(double, speed);
     QFETCH(double, power);
 
-    kelcontroller::MatchSet set;
-    QString error;
-    QVERIFY(kelcontroller::MatchSet::read(
-        FactoryRecords::paramMatch().value("PowerData1").toObject(), &set, &error));
-    QCOMPARE(set.at(kelcontroller::MatchSet::Power, speed), power);
+    const QJsonObject factory = FactoryRecords::paramMatch().value("PowerData1").toObject();
+    QJsonArray reversed;
+    for (const QJsonValue &node : factory["power_data"].toArray())
+        reversed.prepend(node);
+    // Stored out of speed order, the nodes are still used in order of speed.
+    for (const QJsonObject &stored : {factory, patched(factory, {{"power_data", reversed}})}) {
+        kelcontroller::MatchSet set;
+        QString error;
+        QVERIFY(kelcontroller::MatchSet::read(stored, &set, &error));
+        QCOMPARE(set.at(kelcontroller::MatchSet::Power, speed), power);
+    }
 
     // Along a seam at that speed, while cruising.
     Cell cell;
@@ -199,6 +209,7 @@ void TestWeldRun::matchedValue()
     cell.runner->advance(2350 + 1000 + qint64(speed * 10.0));
     QCOMPARE(cell.stream().value("weld_speed").toDouble(), speed);
     QCOMPARE(cell.stream().value("power").toDouble(), power);
+    QCOMPARE(cell.stream().value("frequency").toDouble(), 2000.0); // its switch is off
     QCOMPARE(cell.stream().value("matching").toString(), QString("PowerData1"));
 }
 
@@ -267,6 +278,7 @@ void TestWeldRun::weldRecord()
         }
         cell.runner->advance(20000);
         QCOMPARE(cell.runner->state(), ProgramRunner::State::Idle);
+        QCOMPARE(cell.stream()["samples"].toArray().size(), 100); // the last 5 s
         QFile::copy(cell.dir.filePath("kelweldrecords.json"), dir.filePath("kelweldrecords.json"));
     }
     // Read back by a controller started afresh.
@@ -299,6 +311,9 @@ void TestWeldRun::pathOfAMotion_data()
     QTest::newRow("half circle, orientation held")
         << "LsMoveCF(Offs(p10,50,50,0), p20, v50, fine, tool0, wobj0);" << QVector3D(500, 0, 300)
         << 157.1;
+    QTest::newRow("quarter circle, the short way round")
+        << "LsMoveC(Offs(p10,14.645,35.355,0), Offs(p10,50,50,0), v50, fine, tool0, wobj0);"
+        << QVector3D(450, 50, 300) << 78.5;
     QTest::newRow("tool frame points down")
         << "LsMoveL(RelTool(p20,0,10,-50), v50, fine, tool0, wobj0);" << QVector3D(500, -10, 350)
         << 112.2;
@@ -361,8 +376,9 @@ void TestWeldRun::outputsOnTheirPorts()
     QFETCH(double, laserEnable);
 
     Cell cell(!virtualWelding);
-    cell.change(
-        "weld_io_config", {{"power_type", 1}, {"power_port", "GO1"}, {"power_enabled", true}});
+    cell.change("weld_io_config",
+        {{"power_type", 1}, {"power_port", "GO1"}, {"power_enabled", true},
+            {"retract_direction_enabled", true}});
     cell.change("weld_curve_config",
         {{"laser_power_node", 2},
             {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {4095, 6000}}}});
@@ -371,15 +387,18 @@ void TestWeldRun::outputsOnTheirPorts()
         QCOMPARE(cell.send("set_virtual_welding", true), 0);
         cell.sim.setRobotPowered(true);
     }
-    QVERIFY(cell.runner->run({"LaserOn(\"LsData1\");", "LsWireFwd(50,1000);", "LaserOff;"}));
+    QVERIFY(cell.runner->run({"LaserOn(\"LsData1\");", "LsWireBwd(50,1000);", "LaserOff;"}));
     cell.runner->advance(600);
     QCOMPARE(cell.output("laser_enable_port"), laserEnable);
     QCOMPARE(cell.output("gas_protect_port"), 1.0);
     QCOMPARE(cell.output("power_port"), 1024.0);
+    QCOMPARE(cell.output("retract_direction_port"), 1.0);
     QCOMPARE(cell.stream().value("laser").toString(), QString(virtualWelding ? "simulated" : "on"));
     cell.runner->advance(5000);
     QCOMPARE(cell.output("power_port"), 0.0);
     QCOMPARE(cell.output("gas_protect_port"), 0.0);
+    // Retracted while the laser was on: wire used goes down.
+    QCOMPARE(cell.sim.getKelServiceData("weld_record.1")["wire_mm"].toDouble(), -50.0);
 }
 
 void TestWeldRun::refusals_data()
@@ -396,8 +415,11 @@ void TestWeldRun::refusals_data()
         << "Line 2: user level 3 or more is needed to run a program.";
     QTest::newRow("welding switched off")
         << "welding off" << QStringList {toP10, laserOn} << "Line 3: welding is switched off.";
-    QTest::newRow("no gas port") << "no gas port" << QStringList {toP10, laserOn}
+    QTest::newRow("no gas port") << "gas_protect_port" << QStringList {toP10, laserOn}
                                  << "Line 3: no assist gas port is assigned.";
+    QTest::newRow("virtual welding without a laser enable port")
+        << "laser_enable_port" << QStringList {toP10, laserOn}
+        << "Line 3: no laser enable port is assigned.";
     QTest::newRow("switched-on row without a port")
         << "power row without port" << QStringList {toP10, laserOn}
         << "Line 3: the power output is switched on without a port.";
@@ -446,8 +468,13 @@ void TestWeldRun::refusals()
         cell.sim.setRobotPowered(false);
     if (setup == "level 2")
         cell.sim.setUserLevel(2);
-    if (setup == "no gas port")
-        cell.change("weld_io_config", {{"gas_protect_port", ""}});
+    if (setup.endsWith("_port"))
+        cell.change("weld_io_config", {{setup, ""}});
+    if (setup == "laser_enable_port") { // welding cannot be switched on without it
+        cell.sim.setRobotPowered(false);
+        QCOMPARE(cell.send("set_virtual_welding", true), 0);
+        cell.sim.setRobotPowered(true);
+    }
     if (setup == "power row without port")
         cell.change("weld_io_config", {{"power_port", ""}, {"power_enabled", true}});
     if (setup == "feeder off")
