@@ -22,6 +22,7 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QToolButton>
+#include <QTreeWidget>
 
 #include <memory>
 
@@ -93,6 +94,8 @@ QStringList Screenshotter::run()
         if (m_controller)
             openRestorePreview(page);
         shootDialogs(page, prefix);
+        if (m_controller)
+            restoreFromPreview(page);
     }
     shootInstructionEditors();
     if (m_controller) {
@@ -352,6 +355,8 @@ void Screenshotter::openRestorePreview(QWidget *centre)
             m_errors.append(QStringLiteral("no backup for the restore preview"));
             return;
         }
+        for (const QString &key : kelcontroller::ControllerSimulator::recordKeys())
+            m_backedUp.insert(key, m_controller->record(key));
         const QString plugin = QStringLiteral("kellaserweld");
         QJsonObject settings = m_controller->record(QStringLiteral("weld_setting_config"));
         settings.insert(QStringLiteral("pre_gas_time"), 450);
@@ -375,6 +380,43 @@ void Screenshotter::openRestorePreview(QWidget *centre)
             dialog->hide();
         return;
     }
+}
+
+void Screenshotter::restoreFromPreview(QWidget *centre)
+{
+    auto *dialog = centre->findChild<QDialog *>(QStringLiteral("RestoreDialog"));
+    auto *tree
+        = dialog ? dialog->findChild<QTreeWidget *>(QStringLiteral("treeWidget_changes")) : nullptr;
+    auto *restore
+        = dialog ? dialog->findChild<QPushButton *>(QStringLiteral("pushButton_restore")) : nullptr;
+    if (!tree || !restore)
+        return;
+    const QString kept = QStringLiteral("weld_setting_config");
+    // changed: every record with changes ticked; otherwise only the named one.
+    const auto tick = [tree](bool changed, const QString &name) {
+        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+            QTreeWidgetItem *item = tree->topLevelItem(i);
+            const bool on
+                = changed ? item->childCount() > 0 && item->text(0) != name : item->text(0) == name;
+            item->setCheckState(0, on ? Qt::Checked : Qt::Unchecked);
+        }
+    };
+    const QJsonObject edited = m_controller->record(kept);
+    // Two of the three changed records: their changes go, the third stays.
+    tick(true, kept);
+    restore->click();
+    if (m_controller->record(kept) != edited)
+        m_errors.append(QStringLiteral("restore: an unselected record changed"));
+    tick(false, kept);
+    restore->click();
+    QStringList unrestored;
+    for (auto it = m_backedUp.constBegin(); it != m_backedUp.constEnd(); ++it) {
+        if (m_controller->record(it.key()) != it.value().toObject())
+            unrestored.append(it.key());
+    }
+    if (!unrestored.isEmpty())
+        m_errors.append(QStringLiteral("restore: %1 not as backed up").arg(unrestored.join(", ")));
+    dialog->hide();
 }
 
 void Screenshotter::fillProgram(ProgramEditor *editor)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDir>
+#include <QJsonObject>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -42,6 +43,9 @@ private:
     void shootInstructionEditors();
     void shootWeldRun();
     void shootFitQuality();
+    // Restores two of the preview's three changed records, then the third: the records end as
+    // they were before the preview's edits, or errors() says what differs.
+    void restoreFromPreview(QWidget *centre);
 
     PendantWindow *m_window;
     kelcontroller::ControllerSimulator *m_controller;
@@ -49,4 +53,6 @@ private:
     QTemporaryDir m_scratch;
     QStringList m_written;
     QStringList m_errors;
+    // The records as the restore preview's backup holds them.
+    QJsonObject m_backedUp;
 };
