@@ -242,8 +242,6 @@ private slots:
             << "weld_setting_config.manual_gas_time" << QJsonValue(5000) << false;
         QTest::newRow("unknown record") << "weld_laser_config" << QJsonValue() << true;
         QTest::newRow("missing member") << "laser_weld_data.arc_status" << QJsonValue() << true;
-        QTest::newRow("member of a boolean")
-            << "laser_weld_data.weld_redlight_status.on" << QJsonValue() << true;
         QTest::newRow("monitor not started") << "weld_monitor_data" << QJsonValue() << false;
     }
 

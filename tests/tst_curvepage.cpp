@@ -177,8 +177,6 @@ private slots:
             << QByteArray(R"({"power_nodes_data": [[1, 10], [2, 20]], "laser_feed_node": 3,
             "feed_nodes_data": [[1, 1], [2, 2], [3, 3]]})")
             << "tableWidget_feedspeed" << untouched << 0;
-        QTest::newRow("not an object loads nothing")
-            << QByteArray(R"([1, 2])") << "tableWidget_laserpower" << untouched << 0;
         QTest::newRow("fractional physical is truncated, raw clamped")
             << QByteArray(
                    R"({"laser_power_node": 2, "power_nodes_data": [[70000, 9.9], [-3, -2]]})")

@@ -83,18 +83,6 @@ private slots:
     void initTestCase() { testenv::initPluginResources(); }
     void init() { testenv::resetLogFile(); }
 
-    void lowLevelWiringIsRefusedOnPressAndRelease()
-    {
-        // Every key at every level is swept elsewhere; this is the wire keys' double check.
-        PluginUnderTest t(2);
-        QVERIFY(t.shell.press(QStringLiteral("Wiring"), true));
-        QVERIFY(t.shell.press(QStringLiteral("Wiring"), false));
-
-        QCOMPARE(testenv::shownMessages(t.shell),
-            QStringList({"1|Insufficient user permissions!", "1|Insufficient user permissions!"}));
-        QCOMPARE(t.controller.sentCommands(), QStringList());
-    }
-
     void releaseOfPressOnlyKeys_data()
     {
         QTest::addColumn<QString>("key");

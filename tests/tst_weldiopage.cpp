@@ -219,7 +219,6 @@ private slots:
             << with({{"power_type", 1}, {"power_port", ""}}) << "DO1" << 1 << "GO1" << 3;
         QTest::newRow("port of the other kind stays on the first")
             << with({{"power_type", 1}, {"power_port", "AO2"}}) << "DO1" << 1 << "GO1" << 3;
-        QTest::newRow("not an object") << QJsonValue(QJsonArray {1, 2}) << "" << 0 << "" << 4;
         QTest::newRow("unknown port keeps the empty item")
             << QJsonValue(QJsonObject {{"laser_enable_port", "DO99"}}) << "" << 0 << "" << 4;
         QTest::newRow("wrong types") << QJsonValue(

@@ -84,8 +84,6 @@ private slots:
         QTest::newRow("record without LsData7 leaves row 7 as it was")
             << seven << json(R"({"LsData8": {"welding_speed": 5}})") << 6
             << QStringList {"20", "1500", "40", "root pass"};
-        QTest::newRow("record that is no object leaves the list")
-            << seven << QJsonObject() << 6 << QStringList {"20", "1500", "40", "root pass"};
         QTest::newRow("text, fractions and huge numbers show 0")
             << QJsonObject()
             << json(R"({"LsData1": {"welding_speed": "20", "laser_power_weld": 1500.5,
