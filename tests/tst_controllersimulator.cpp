@@ -3,6 +3,7 @@
 #include "controller/recordschema.h"
 #include "kelplugin/controllerbackend.h"
 #include "kelplugin/interfacemanager.h"
+#include "support/testenvironment.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,18 +31,6 @@ QJsonArray send(ControllerSimulator &sim, const QString &command, const QJsonVal
 QJsonObject entryOf(const QJsonArray &reply, const QString &command, const QString &plugin = key)
 {
     return reply.at(0).toObject().value(plugin).toObject().value(command).toObject();
-}
-
-// base with the changes applied; a null change removes the key.
-QJsonObject patched(QJsonObject base, const QJsonObject &changes)
-{
-    for (auto it = changes.constBegin(); it != changes.constEnd(); ++it) {
-        if (it.value().isNull())
-            base.remove(it.key());
-        else
-            base.insert(it.key(), it.value());
-    }
-    return base;
 }
 
 int returnOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
@@ -273,10 +262,10 @@ private slots:
         const QString list = "set_weld_param_list_config";
         const QString match = "set_weld_param_match_config";
         const auto ioWith = [](const QJsonObject &changes) {
-            return patched(FactoryRecords::ioConfig(), changes);
+            return testenv::patched(FactoryRecords::ioConfig(), changes);
         };
         const auto settingWith = [](const QJsonObject &changes) {
-            return patched(FactoryRecords::settingConfig(), changes);
+            return testenv::patched(FactoryRecords::settingConfig(), changes);
         };
         const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
         const QJsonObject set {{"Tips", "new"}};
@@ -347,7 +336,7 @@ private slots:
 
         QCOMPARE(returnOf(sim, command, payload), code);
         // An accepted save merges into the record and is stored; a refused one leaves both alone.
-        QCOMPARE(sim.record(record), code == 0 ? patched(before, payload) : before);
+        QCOMPARE(sim.record(record), code == 0 ? testenv::patched(before, payload) : before);
         QCOMPARE(changed.isEmpty(), code != 0);
         QCOMPARE(QFile::exists(sim.dataFilePath()), code == 0);
     }

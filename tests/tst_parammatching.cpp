@@ -96,16 +96,6 @@ QList<bool> switchStates(QTableWidget *table)
         WeldParameterPage::headerSwitch(table, 4)->isOn()};
 }
 
-QStringList listRow(QTableWidget *list, int row)
-{
-    QStringList texts;
-    for (int column = 1; column < list->columnCount(); ++column) {
-        const QTableWidgetItem *item = list->item(row, column);
-        texts.append(item ? item->text() : QStringLiteral("-"));
-    }
-    return texts;
-}
-
 const Nodes kRising {
     {10, 100, 1000, 10}, {20, 200, 2000, 20}, {30, 300, 3000, 30}, {40, 400, 4000, 40}};
 
@@ -321,7 +311,7 @@ private slots:
 
         auto *list = t.child<QTableWidget>("tableWidget_matchList");
         QCOMPARE(list->rowCount(), WeldParameterPage::matchingSetCount);
-        QCOMPARE(listRow(list, row), shown);
+        QCOMPARE(ParamPageFixture::listRow(list, row), shown);
     }
 
     void savingAMatchingSet_data()

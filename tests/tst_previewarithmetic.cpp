@@ -1,6 +1,7 @@
 #include "page/fitquality.h"
 #include "page/matchingcurve.h"
 #include "page/weldprofile.h"
+#include "support/testenvironment.h"
 
 #include <QJsonObject>
 #include <QTest>
@@ -30,13 +31,6 @@ QJsonObject laserSet()
     return {{"laser_power_start", 500}, {"ramp_value_start", 100}, {"delay_time_start", 50},
         {"laser_power_weld", 1000}, {"laser_power_end", 200}, {"ramp_value_end", 40},
         {"delay_time_end", 60}};
-}
-
-QJsonObject withValues(QJsonObject set, const QJsonObject &values)
-{
-    for (auto it = values.begin(); it != values.end(); ++it)
-        set.insert(it.key(), it.value());
-    return set;
 }
 
 QList<int> issuesOf(const WeldProfile &profile)
@@ -73,7 +67,7 @@ private slots:
             << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
             << QPolygonF() << QList<int>();
         QTest::newRow("end ramp longer than the delay is cut at laser off")
-            << withValues(laserSet(), {{"ramp_value_end", 100}, {"delay_time_end", 50}})
+            << testenv::patched(laserSet(), {{"ramp_value_end", 100}, {"delay_time_end", 50}})
             << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {350, 600}, {350, 0}})
             << QPolygonF() << QList<int> {WeldProfile::RampDownCut};
         QTest::newRow("no ramps or delays: start and end powers never reached")
@@ -83,7 +77,7 @@ private slots:
             << line({{0, 0}, {0, 1000}, {200, 1000}, {200, 0}}) << QPolygonF()
             << QList<int> {WeldProfile::StartAboveWeld, WeldProfile::EndAboveWeld};
         QTest::newRow("wire start, end feed, retract, compensation after its delay")
-            << withValues(laserSet(),
+            << testenv::patched(laserSet(),
                    {{"wire_feed_enable_start", true}, {"feeding_speed_start", 10},
                        {"wire_feed_time_start", 150}, {"feeding_speed_run", 40},
                        {"wire_feed_enable_end", true}, {"wire_speed_end", 20},
@@ -97,7 +91,7 @@ private slots:
                    {400, -30}, {600, -30}, {600, 0}, {650, 0}, {750, 0}})
             << QList<int> {WeldProfile::CompensationEmpty};
         QTest::newRow("start wire longer than the start phase is cut at LaserOff")
-            << withValues(laserSet(),
+            << testenv::patched(laserSet(),
                    {{"wire_feed_enable_start", true}, {"feeding_speed_start", 10},
                        {"wire_feed_time_start", 5000}, {"feeding_speed_run", 40}})
             << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
@@ -110,7 +104,7 @@ private slots:
             << QList<int> {WeldProfile::BadValue, WeldProfile::BadValue, WeldProfile::BadValue,
                    WeldProfile::StartAboveWeld};
         QTest::newRow("hand-edited hour-long ramp held at the controller's limit")
-            << withValues(laserSet(), {{"ramp_value_start", 3.6e6}, {"delay_time_start", 0}})
+            << testenv::patched(laserSet(), {{"ramp_value_start", 3.6e6}, {"delay_time_start", 0}})
             << line({{0, 0}, {0, 500}, {60000, 1000}, {90030, 1000}, {90070, 200}, {90090, 200},
                    {90090, 0}})
             << QPolygonF() << QList<int>();

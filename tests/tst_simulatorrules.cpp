@@ -1,5 +1,6 @@
 #include "controller/controllersimulator.h"
 #include "controller/factoryrecords.h"
+#include "support/testenvironment.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -7,16 +8,6 @@
 
 using kelcontroller::ControllerSimulator;
 using kelcontroller::FactoryRecords;
-
-namespace {
-
-QJsonObject patched(QJsonObject record, const char *key, const QJsonValue &value)
-{
-    record.insert(QLatin1String(key), value);
-    return record;
-}
-
-} // namespace
 
 // Rules of the simulated controller that the pages and keys lean on. Each row sends a few
 // requests to a fresh controller; the last one's code is judged, and then one probe: the
@@ -45,7 +36,7 @@ private slots:
             QJsonObject {{"laser_power_node", 10}, {"power_nodes_data", tenNodes}}}}}
                                          << QJsonValue(0) << false << "feeder" << idle;
         QTest::newRow("zero-padded port") << QJsonArray {QJsonObject {{"set_weld_io_config",
-            patched(FactoryRecords::ioConfig(), "laser_enable_port", "DO01")}}}
+            testenv::patched(FactoryRecords::ioConfig(), {{"laser_enable_port", "DO01"}})}}}
                                           << QJsonValue(2) << false << "feeder" << idle;
         QTest::newRow("stopping the retract leaves the feed running")
             << QJsonArray {QJsonObject {{"set_weld_feed_wire", true}},
@@ -58,10 +49,11 @@ private slots:
         QTest::newRow("two commands in one request")
             << QJsonArray {QJsonObject {{"set_weld_red_light", true}, {"set_weld_feed_wire", true}}}
             << QJsonValue(2) << false << "feeder" << idle;
-        QTest::newRow("settings cannot arm the laser")
-            << QJsonArray {QJsonObject {{"set_weld_setting_config",
-                   patched(FactoryRecords::settingConfig(), "laser_main_enable", true)}}}
-            << QJsonValue(0) << false << armed << QJsonValue(false);
+        QTest::newRow("settings cannot arm the laser") << QJsonArray {QJsonObject {
+            {"set_weld_setting_config",
+                testenv::patched(FactoryRecords::settingConfig(), {{"laser_main_enable", true}})}}}
+                                                       << QJsonValue(0) << false << armed
+                                                       << QJsonValue(false);
         QTest::newRow("a restart disarms the laser")
             << QJsonArray {enable} << QJsonValue(true) << true << armed << QJsonValue(false);
     }

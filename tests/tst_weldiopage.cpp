@@ -22,13 +22,6 @@ QJsonObject validRecord()
     return QJsonObject {{"laser_enable_port", "DO1"}, {"gas_protect_port", "DO2"}};
 }
 
-QJsonObject patched(QJsonObject record, const QJsonObject &patch)
-{
-    for (auto it = patch.begin(); it != patch.end(); ++it)
-        record.insert(it.key(), it.value());
-    return record;
-}
-
 QStringList items(const QComboBox *combo)
 {
     QStringList texts;
@@ -116,7 +109,7 @@ private slots:
         QFETCH(QJsonObject, patch);
         QFETCH(QString, message);
 
-        m_controller->serviceData["weld_io_config"] = patched(validRecord(), patch);
+        m_controller->serviceData["weld_io_config"] = testenv::patched(validRecord(), patch);
         WeldSettingPage settings;
         WeldioPage page(&settings);
         page.show();
@@ -155,7 +148,7 @@ private slots:
     void showFillsEveryPortListWithAnEmptyFirstItem()
     {
         m_controller->serviceData["weld_io_config"]
-            = patched(validRecord(), {{"power_type", 1}, {"power_feedback_type", 0}});
+            = testenv::patched(validRecord(), {{"power_type", 1}, {"power_feedback_type", 0}});
         WeldSettingPage settings;
         WeldioPage page(&settings);
         page.show();
@@ -208,8 +201,9 @@ private slots:
         QTest::addColumn<QString>("powerPort");
         QTest::addColumn<int>("powerPorts"); // -1: not checked
 
-        const auto with
-            = [](const QJsonObject &patch) { return QJsonValue(patched(validRecord(), patch)); };
+        const auto with = [](const QJsonObject &patch) {
+            return QJsonValue(testenv::patched(validRecord(), patch));
+        };
         // The type is set before the port, and its refill drops the empty first item.
         QTest::newRow("stored type equals the selector")
             << with({{"power_port", ""}}) << "DO1" << 0 << "" << 4;
@@ -323,7 +317,8 @@ private slots:
         QFETCH(QString, enableKey);
         QFETCH(QString, kind);
 
-        m_controller->serviceData["weld_io_config"] = patched(validRecord(), {{enableKey, true}});
+        m_controller->serviceData["weld_io_config"]
+            = testenv::patched(validRecord(), {{enableKey, true}});
         WeldSettingPage settings;
         WeldioPage page(&settings);
         page.show();
@@ -346,7 +341,7 @@ private slots:
         auto *laser = page.findChild<QComboBox *>("comboBox_laser_enable_port");
         laser->setCurrentText("DO4");
         m_controller->serviceData["weld_io_config"]
-            = patched(validRecord(), {{"power_enabled", true}});
+            = testenv::patched(validRecord(), {{"power_enabled", true}});
         page.findChild<QPushButton *>("pushButton_Cancel")->click();
         QCOMPARE(laser->currentText(), QStringLiteral("DO1"));
         QVERIFY(page.findChild<SwitchButton *>("pushButton_power_enabled")->isOn());

@@ -51,16 +51,6 @@ QJsonObject storedSet(const QString &name)
     return set;
 }
 
-QStringList rowTexts(QTableWidget *list, int row)
-{
-    QStringList texts;
-    for (int column = 1; column < list->columnCount(); ++column) {
-        const QTableWidgetItem *item = list->item(row, column);
-        texts.append(item ? item->text() : QStringLiteral("-"));
-    }
-    return texts;
-}
-
 } // namespace
 
 class TestWeldParameterPage : public QObject
@@ -107,7 +97,8 @@ private slots:
 
         t.page->refreshWeldDataList();
 
-        QCOMPARE(rowTexts(t.child<QTableWidget>("tableWidget_weldData"), row), shown);
+        QCOMPARE(
+            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), row), shown);
         QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->item(row, 0)->text(),
             QStringLiteral("LsData%1").arg(row + 1));
     }
@@ -122,12 +113,14 @@ private slots:
         t.show();
         QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
             WeldParameterPage::weldDataSetCount);
-        QCOMPARE(rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 29).first(),
+        QCOMPARE(
+            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), 29).first(),
             QStringLiteral("30"));
 
         t.controller.serviceData.insert(kRecord, json(R"({"LsData1": {"welding_speed": 77}})"));
         t.show();
-        QCOMPARE(rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 0).first(),
+        QCOMPARE(
+            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), 0).first(),
             QStringLiteral("77"));
         // Sets beyond 30 never show up, whatever the record holds.
         QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),

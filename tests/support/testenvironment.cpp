@@ -43,4 +43,15 @@ QStringList logLines()
     return lines;
 }
 
+QJsonObject patched(QJsonObject base, const QJsonObject &changes)
+{
+    for (auto it = changes.constBegin(); it != changes.constEnd(); ++it) {
+        if (it.value().isNull())
+            base.remove(it.key());
+        else
+            base.insert(it.key(), it.value());
+    }
+    return base;
+}
+
 } // namespace testenv

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
 namespace testenv {
@@ -14,5 +15,8 @@ QString logFilePath();
 void resetLogFile();
 // The lines of the plug-in's log file.
 QStringList logLines();
+
+// base with the changes applied; a null change removes the key.
+QJsonObject patched(QJsonObject base, const QJsonObject &changes);
 
 } // namespace testenv
