@@ -27,12 +27,6 @@ QImage iconImage(const QString &path)
     return QPixmap(path).scaledToHeight(25, Qt::SmoothTransformation).toImage();
 }
 
-QImage labelImage(QWidget *indicator)
-{
-    auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
-    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
-}
-
 } // namespace
 
 // A plug-in after init, with the pendant and the controller stood in for.
@@ -55,7 +49,7 @@ struct PluginUnderTest
     // "real", "simulated" or "other": the indicator's picture against the two icons.
     QString indicatorIcon() const
     {
-        const QImage shown = labelImage(shell.statusBarWidget);
+        const QImage shown = testenv::indicatorImage(shell.statusBarWidget);
         if (shown == iconImage(kRealIcon))
             return QStringLiteral("real");
         if (shown == iconImage(kSimulatedIcon))

@@ -16,12 +16,6 @@ namespace {
 
 const QString kVirtualStatus = QStringLiteral("laser_weld_data.virtual_welding_status");
 
-QImage indicatorImage(QWidget *indicator)
-{
-    auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
-    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
-}
-
 QImage referenceIcon(bool simulated)
 {
     ShowStatusBar reference;
@@ -29,7 +23,7 @@ QImage referenceIcon(bool simulated)
         reference.showSimulatedWelding();
     else
         reference.showRealWelding();
-    return indicatorImage(&reference);
+    return testenv::indicatorImage(&reference);
 }
 
 // A plug-in taken through the host's start-up against a scripted controller and shell.
@@ -97,7 +91,7 @@ private slots:
         base.afterInit();
         base.render();
 
-        QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(false));
+        QCOMPARE(testenv::indicatorImage(started.shell.statusBarWidget), referenceIcon(false));
         QVERIFY(!started.controller.readKeys.contains(kVirtualStatus));
     }
 
@@ -121,11 +115,11 @@ private slots:
 
         controller.serviceData.insert(kVirtualStatus, true);
         controller.emitConnectionRestored();
-        QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(true));
+        QCOMPARE(testenv::indicatorImage(started.shell.statusBarWidget), referenceIcon(true));
 
         controller.serviceData.insert(kVirtualStatus, status);
         controller.emitConnectionRestored();
-        QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(simulated));
+        QCOMPARE(testenv::indicatorImage(started.shell.statusBarWidget), referenceIcon(simulated));
     }
 
     void onlyTheInstalledControllerReportsReconnects()

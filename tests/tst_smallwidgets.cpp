@@ -20,12 +20,6 @@ public:
     QSize sizeHint() const override { return QSize(50, 25); }
 };
 
-QImage labelImage(const ShowStatusBar &bar)
-{
-    const auto *label = bar.findChild<QLabel *>(QStringLiteral("label"));
-    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
-}
-
 enum class HeaderChange {
     None,
     SectionNarrowed,
@@ -50,13 +44,13 @@ private slots:
     {
         ShowStatusBar bar;
         bar.showSimulatedWelding();
-        const QImage simulated = labelImage(bar);
+        const QImage simulated = testenv::indicatorImage(&bar);
         bar.show();
         QVERIFY(QTest::qWaitForWindowExposed(&bar));
         bar.resize(120, 40);
         bar.hide();
         bar.show();
-        QCOMPARE(labelImage(bar), simulated);
+        QCOMPARE(testenv::indicatorImage(&bar), simulated);
     }
 
     void hostedWidgetStaysInItsSection_data()

@@ -3,6 +3,9 @@
 #include <QJsonObject>
 #include <QString>
 
+class QImage;
+class QWidget;
+
 namespace testenv {
 
 // Registers the plug-in's resources (icons, style, translation) in a test process that links
@@ -15,6 +18,9 @@ QString logFilePath();
 void resetLogFile();
 // The lines of the plug-in's log file.
 QStringList logLines();
+
+// The picture of the status indicator's label "label" (null without one).
+QImage indicatorImage(const QWidget *indicator);
 
 // base with the changes applied; a null change removes the key.
 QJsonObject patched(QJsonObject base, const QJsonObject &changes);
