@@ -59,6 +59,8 @@ struct Figures
     qint64 refused = 0;
     qint64 savesChecked = 0;
     qint64 faults = 0;
+    qint64 disconnects = 0;
+    qint64 dialogsClosed = 0;
     QMap<QString, int> byCommand;
     QStringList findings;
 };
@@ -191,7 +193,7 @@ public:
             // Powered most of the time would refuse most work-mode and welding changes.
             click(QStringLiteral("robotPowered"), m_random.bounded(4) == 0);
         else if (dice < 88)
-            click(QStringLiteral("controllerConnected"), !m_controller->isConnected());
+            toggleConnection();
         else
             injectFault();
         QCoreApplication::processEvents();
@@ -349,6 +351,12 @@ private:
             level->setValue(m_random.bounded(3) ? 3 : below(3));
     }
 
+    void toggleConnection()
+    {
+        m_figures->disconnects += m_controller->isConnected();
+        click(QStringLiteral("controllerConnected"), !m_controller->isConnected());
+    }
+
     void injectFault()
     {
         ++m_figures->faults;
@@ -482,9 +490,11 @@ int main(int argc, char **argv)
         // Whatever opens a modal dialog gets it dismissed on the next event-loop turn.
         QTimer dismisser;
         dismisser.setInterval(1);
-        QObject::connect(&dismisser, &QTimer::timeout, &dismisser, [] {
-            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
+        QObject::connect(&dismisser, &QTimer::timeout, &dismisser, [&figures] {
+            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                ++figures.dialogsClosed;
                 dialog->reject();
+            }
         });
         dismisser.start();
 
@@ -512,10 +522,12 @@ int main(int argc, char **argv)
     kelplugin::QFLog::closeAll();
 
     std::printf("kel_soak: %lld actions, %lld commands (%lld accepted, %lld refused), "
-                "%lld saves checked, %lld faults injected, %d findings\n",
+                "%lld saves checked, %lld faults injected, %lld disconnects, %lld dialogs "
+                "dismissed, %d findings\n",
         static_cast<long long>(figures.actions), static_cast<long long>(figures.commands),
         static_cast<long long>(figures.accepted), static_cast<long long>(figures.refused),
         static_cast<long long>(figures.savesChecked), static_cast<long long>(figures.faults),
+        static_cast<long long>(figures.disconnects), static_cast<long long>(figures.dialogsClosed),
         int(figures.findings.size()));
     for (auto it = figures.byCommand.constBegin(); it != figures.byCommand.constEnd(); ++it)
         std::printf("kel_soak:   %6d %s\n", it.value(), qPrintable(it.key()));
