@@ -115,6 +115,9 @@ private slots:
             << false << false << enableReply(1) << enable << failed << false;
         QTest::newRow("on: empty reply")
             << false << false << QJsonArray() << enable << failed << false;
+        QTest::newRow("on: true only in the second element")
+            << false << false << QJsonArray {QJsonObject {}, enableReply(true).first()} << enable
+            << failed << false;
         QTest::newRow("off never judges the reply")
             << true << false << enableReply(9) << enable << QStringList() << false;
         QTest::newRow("on while powered") << false << true << enableReply(true) << QStringList()
