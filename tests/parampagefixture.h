@@ -58,6 +58,16 @@ struct ParamPageFixture
         controller.clearSent();
         child<QPushButton>("pushButton_save")->click();
     }
+    // The texts of a list row after its name column; "-" where a cell has no item.
+    static QStringList listRow(QTableWidget *list, int row)
+    {
+        QStringList texts;
+        for (int column = 1; column < list->columnCount(); ++column) {
+            const QTableWidgetItem *item = list->item(row, column);
+            texts.append(item ? item->text() : QStringLiteral("-"));
+        }
+        return texts;
+    }
     // The payload of the last command sent.
     QJsonObject lastPayload() const
     {

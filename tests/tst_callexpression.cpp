@@ -14,205 +14,197 @@ class TestCallExpression : public QObject
 private slots:
     void init() { testenv::resetLogFile(); }
 
-    void splitsCalls_data();
-    void splitsCalls();
-    void rejectsNonCalls_data();
-    void rejectsNonCalls();
-    void agreesWithTheExpressionOnRandomLines_data();
-    void agreesWithTheExpressionOnRandomLines();
-    void failureLogsTheInput();
-    void emptyParenthesesLogAnErrorAndSucceed();
-    void summaryLineListsTheParameters();
-    void stripEnclosing_data();
-    void stripEnclosing();
-};
-
-void TestCallExpression::splitsCalls_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QStringList>("parameters");
-    QTest::addColumn<QString>("name");
-
-    QTest::newRow("nested Offs") << "LsMoveL(Offs(pA,1,2,3), spd, zn);"
-                                 << QStringList {"Offs(pA,1,2,3)", "spd", "zn"} << "LsMoveL";
-    QTest::newRow("empty parentheses") << "   LaserOff()   " << QStringList {} << "LaserOff";
-    QTest::newRow("missing semicolon")
-        << "LsWireFwd(50, 1000)" << QStringList {"50", "1000"} << "LsWireFwd";
-    QTest::newRow("quoted parameter keeps its quotes")
-        << "LaserOn(\"LsData1\");" << QStringList {"\"LsData1\""} << "LaserOn";
-    QTest::newRow("dropped empty piece") << "a(1,,2)" << QStringList {"1", "2"} << "a";
-    QTest::newRow("unbalanced closing parenthesis") << "a(x))" << QStringList {"x)"} << "a";
-    QTest::newRow("blanks between name and parenthesis")
-        << "  LsMoveC  ( p1 , p2 );  " << QStringList {"p1", "p2"} << "LsMoveC";
-    QTest::newRow("comma inside quotes splits")
-        << "f(\"a,b\")" << QStringList {"\"a", "b\""} << "f";
-    QTest::newRow("unbalanced opening parenthesis keeps the rest together")
-        << "f(g(1, 2)" << QStringList {"g(1, 2"} << "f";
-}
-
-void TestCallExpression::splitsCalls()
-{
-    QFETCH(QString, line);
-    QFETCH(QString, name);
-    QFETCH(QStringList, parameters);
-
-    QString function = QStringLiteral("stale");
-    QStringList list {QStringLiteral("stale")};
-    QVERIFY(kellaser::util::extractFunctionAndParameters(line, function, list));
-    QCOMPARE(function, name);
-    QCOMPARE(list, parameters);
-}
-
-void TestCallExpression::rejectsNonCalls_data()
-{
-    QTest::addColumn<QString>("line");
-
-    QTest::newRow("trailing comment") << "LsWireFwd(50,1000); // feed";
-    QTest::newRow("no parentheses") << "LaserOff;";
-    QTest::newRow("empty line") << "";
-    QTest::newRow("no name") << "(1,2);";
-    QTest::newRow("text after the call") << "f(1) g";
-    QTest::newRow("line break inside") << "f(1,\n2);";
-    QTest::newRow("blank before the semicolon") << "f(1) ;";
-}
-
-void TestCallExpression::rejectsNonCalls()
-{
-    QFETCH(QString, line);
-
-    QString function = QStringLiteral("stale");
-    QStringList list {QStringLiteral("stale")};
-    QVERIFY(!kellaser::util::extractFunctionAndParameters(line, function, list));
-    QVERIFY(function.isEmpty());
-    QVERIFY(list.isEmpty());
-}
-
-void TestCallExpression::agreesWithTheExpressionOnRandomLines_data()
-{
-    // Plain lines are split by a scan, anything else by the expression; both must give what
-    // the expression alone gives. Short lines over a small alphabet hit the boundaries: blanks
-    // around the name, a ";" or ")" at the end, several ")" and text after them.
-    QTest::addColumn<QString>("alphabet");
-    QTest::newRow("printable ASCII and tabs") << QStringLiteral("aZ_9 \t();,\"/.-");
-    QTest::newRow("line breaks and other blanks") << QStringLiteral("a_ ();\n\r\v\f");
-    QTest::newRow("Unicode letters and blanks")
-        << QStringLiteral("a ();") + QChar(0xE9) + QChar(0x00A0) + QChar(0x2028) + QChar(0x0663);
-}
-
-void TestCallExpression::agreesWithTheExpressionOnRandomLines()
-{
-    QFETCH(QString, alphabet);
-    // Six thousand log lines on the console would drown the test's own output.
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
-    int calls = 0;
-    // Lines that are calls about half of the time: a word, "(", random text, ")".
-    QRandomGenerator random(7);
-    const auto randomText = [&](int maxLength) {
-        QString text;
-        const int length = int(random.bounded(maxLength + 1));
-        for (int i = 0; i < length; ++i)
-            text += alphabet.at(int(random.bounded(alphabet.size())));
-        return text;
-    };
-    for (int i = 0; i < 3000; ++i) {
-        static const char *const endings[] = {"", ";", " ;", "; ", ")", "\t", ");"};
-        const QString line = random.bounded(2) == 0
-            ? randomText(12)
-            : randomText(1) + QStringLiteral("f") + randomText(1) + QLatin1Char('(') + randomText(6)
-                + QLatin1Char(')') + QLatin1String(endings[random.bounded(int(std::size(endings)))])
-                + (random.bounded(4) == 0 ? randomText(2) : QString());
-        QString name;
-        QStringList parameters;
-        QString expectedName;
-        QStringList expectedParameters;
-        const bool isCall = kellaser::util::extractFunctionAndParameters(line, name, parameters);
-        QCOMPARE(isCall, straightforward::extractCall(line, expectedName, expectedParameters));
-        QCOMPARE(name, expectedName);
-        QCOMPARE(parameters, expectedParameters);
-        calls += isCall ? 1 : 0;
-    }
-    // Both outcomes must be well represented for the comparison to mean anything.
-    QVERIFY2(calls > 300 && calls < 2700, qPrintable(QString::number(calls)));
-}
-
-void TestCallExpression::failureLogsTheInput()
-{
-    QString function;
-    QStringList list;
-    kellaser::util::extractFunctionAndParameters(QStringLiteral("LaserOff;"), function, list);
-
-    const QStringList lines = testenv::logLines();
-    QCOMPARE(lines.size(), 1);
-    QVERIFY2(lines.first().startsWith(QStringLiteral("\x1b[31m[E|")), qPrintable(lines.first()));
-    QVERIFY2(lines.first().contains(QStringLiteral(
-                 "] kellaser::util::extractFunctionAndParameters Parsing failed: Input string does "
-                 "not match function call format. input: LaserOff;\x1b[0m")),
-        qPrintable(lines.first()));
-}
-
-void TestCallExpression::emptyParenthesesLogAnErrorAndSucceed()
-{
-    QString function;
-    QStringList list;
-    QVERIFY(
-        kellaser::util::extractFunctionAndParameters(QStringLiteral("LaserOff()"), function, list));
-
-    const QStringList lines = testenv::logLines();
-    QCOMPARE(lines.size(), 2);
-    QVERIFY2(lines.at(0).contains(QStringLiteral(
-                 "] LASER:: kellaser::util::extractFunctionAndParameters Extracted Parameter List: "
-                 "(Empty)")),
-        qPrintable(lines.at(0)));
-    QVERIFY(lines.at(0).startsWith(QStringLiteral("\x1b[31m[E|")));
-    QVERIFY2(
-        lines.at(1).endsWith(QStringLiteral("functionName: LaserOff ,parameterList: ()\x1b[0m")),
-        qPrintable(lines.at(1)));
-}
-
-void TestCallExpression::summaryLineListsTheParameters()
-{
-    QString function;
-    QStringList list;
-    kellaser::util::extractFunctionAndParameters(
-        QStringLiteral("LsMoveL(p1, v100, fine);"), function, list);
-
-    const QStringList lines = testenv::logLines();
-    QCOMPARE(lines.size(), 1);
-    QVERIFY(lines.first().startsWith(QStringLiteral("\x1b[32m[D|")));
-    QVERIFY2(lines.first().endsWith(QStringLiteral(
-                 "] LASER:: kellaser::util::extractFunctionAndParameters functionName: LsMoveL "
-                 ",parameterList: (p1, v100, fine)\x1b[0m")),
-        qPrintable(lines.first()));
-}
-
-void TestCallExpression::stripEnclosing_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<QString>("suffix");
-    QTest::addColumn<QString>("result");
-
-    const struct
+    void splitsCalls_data()
     {
-        const char *row, *text, *prefix, *suffix, *result;
-    } rows[] = {
-        {"both present", "Offs(p1)", "Offs(", ")", "p1"},
-        {"overlapping prefix and suffix", "\"", "\"", "\"", "\""},
-        {"exactly prefix and suffix", "\"\"", "\"", "\"", ""},
-    };
-    for (const auto &r : rows)
-        QTest::newRow(r.row) << r.text << r.prefix << r.suffix << r.result;
-}
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QStringList>("parameters");
+        QTest::addColumn<QString>("name");
 
-void TestCallExpression::stripEnclosing()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, prefix);
-    QFETCH(QString, suffix);
-    QFETCH(QString, result);
-    QCOMPARE(kellaser::util::stripEnclosing(text, prefix, suffix), result);
-}
+        QTest::newRow("nested Offs") << "LsMoveL(Offs(pA,1,2,3), spd, zn);"
+                                     << QStringList {"Offs(pA,1,2,3)", "spd", "zn"} << "LsMoveL";
+        QTest::newRow("empty parentheses") << "   LaserOff()   " << QStringList {} << "LaserOff";
+        QTest::newRow("missing semicolon")
+            << "LsWireFwd(50, 1000)" << QStringList {"50", "1000"} << "LsWireFwd";
+        QTest::newRow("quoted parameter keeps its quotes")
+            << "LaserOn(\"LsData1\");" << QStringList {"\"LsData1\""} << "LaserOn";
+        QTest::newRow("dropped empty piece") << "a(1,,2)" << QStringList {"1", "2"} << "a";
+        QTest::newRow("unbalanced closing parenthesis") << "a(x))" << QStringList {"x)"} << "a";
+        QTest::newRow("blanks between name and parenthesis")
+            << "  LsMoveC  ( p1 , p2 );  " << QStringList {"p1", "p2"} << "LsMoveC";
+        QTest::newRow("comma inside quotes splits")
+            << "f(\"a,b\")" << QStringList {"\"a", "b\""} << "f";
+        QTest::newRow("unbalanced opening parenthesis keeps the rest together")
+            << "f(g(1, 2)" << QStringList {"g(1, 2"} << "f";
+    }
+
+    void splitsCalls()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, name);
+        QFETCH(QStringList, parameters);
+
+        QString function = QStringLiteral("stale");
+        QStringList list {QStringLiteral("stale")};
+        QVERIFY(kellaser::util::extractFunctionAndParameters(line, function, list));
+        QCOMPARE(function, name);
+        QCOMPARE(list, parameters);
+    }
+
+    void rejectsNonCalls_data()
+    {
+        QTest::addColumn<QString>("line");
+
+        QTest::newRow("trailing comment") << "LsWireFwd(50,1000); // feed";
+        QTest::newRow("no parentheses") << "LaserOff;";
+        QTest::newRow("empty line") << "";
+        QTest::newRow("no name") << "(1,2);";
+        QTest::newRow("text after the call") << "f(1) g";
+        QTest::newRow("line break inside") << "f(1,\n2);";
+        QTest::newRow("blank before the semicolon") << "f(1) ;";
+    }
+
+    void rejectsNonCalls()
+    {
+        QFETCH(QString, line);
+
+        QString function = QStringLiteral("stale");
+        QStringList list {QStringLiteral("stale")};
+        QVERIFY(!kellaser::util::extractFunctionAndParameters(line, function, list));
+        QVERIFY(function.isEmpty());
+        QVERIFY(list.isEmpty());
+    }
+
+    void agreesWithTheExpressionOnRandomLines_data()
+    {
+        // Plain lines are split by a scan, anything else by the expression; both must give what
+        // the expression alone gives. Short lines over a small alphabet hit the boundaries: blanks
+        // around the name, a ";" or ")" at the end, several ")" and text after them.
+        QTest::addColumn<QString>("alphabet");
+        QTest::newRow("printable ASCII and tabs") << QStringLiteral("aZ_9 \t();,\"/.-");
+        QTest::newRow("line breaks and other blanks") << QStringLiteral("a_ ();\n\r\v\f");
+        QTest::newRow("Unicode letters and blanks") << QStringLiteral("a ();") + QChar(0xE9)
+                + QChar(0x00A0) + QChar(0x2028) + QChar(0x0663);
+    }
+
+    void agreesWithTheExpressionOnRandomLines()
+    {
+        QFETCH(QString, alphabet);
+        // Six thousand log lines on the console would drown the test's own output.
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+        const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
+        int calls = 0;
+        // Lines that are calls about half of the time: a word, "(", random text, ")".
+        QRandomGenerator random(7);
+        const auto randomText = [&](int maxLength) {
+            QString text;
+            const int length = int(random.bounded(maxLength + 1));
+            for (int i = 0; i < length; ++i)
+                text += alphabet.at(int(random.bounded(alphabet.size())));
+            return text;
+        };
+        for (int i = 0; i < 3000; ++i) {
+            static const char *const endings[] = {"", ";", " ;", "; ", ")", "\t", ");"};
+            const QString line = random.bounded(2) == 0 ? randomText(12)
+                                                        : randomText(1) + QStringLiteral("f")
+                    + randomText(1) + QLatin1Char('(') + randomText(6) + QLatin1Char(')')
+                    + QLatin1String(endings[random.bounded(int(std::size(endings)))])
+                    + (random.bounded(4) == 0 ? randomText(2) : QString());
+            QString name;
+            QStringList parameters;
+            QString expectedName;
+            QStringList expectedParameters;
+            const bool isCall
+                = kellaser::util::extractFunctionAndParameters(line, name, parameters);
+            QCOMPARE(isCall, straightforward::extractCall(line, expectedName, expectedParameters));
+            QCOMPARE(name, expectedName);
+            QCOMPARE(parameters, expectedParameters);
+            calls += isCall ? 1 : 0;
+        }
+        // Both outcomes must be well represented for the comparison to mean anything.
+        QVERIFY2(calls > 300 && calls < 2700, qPrintable(QString::number(calls)));
+    }
+
+    void failureLogsTheInput()
+    {
+        QString function;
+        QStringList list;
+        kellaser::util::extractFunctionAndParameters(QStringLiteral("LaserOff;"), function, list);
+
+        const QStringList lines = testenv::logLines();
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(
+            lines.first().startsWith(QStringLiteral("\x1b[31m[E|")), qPrintable(lines.first()));
+        QVERIFY2(
+            lines.first().contains(QStringLiteral(
+                "] kellaser::util::extractFunctionAndParameters Parsing failed: Input string does "
+                "not match function call format. input: LaserOff;\x1b[0m")),
+            qPrintable(lines.first()));
+    }
+
+    void emptyParenthesesLogAnErrorAndSucceed()
+    {
+        QString function;
+        QStringList list;
+        QVERIFY(kellaser::util::extractFunctionAndParameters(
+            QStringLiteral("LaserOff()"), function, list));
+
+        const QStringList lines = testenv::logLines();
+        QCOMPARE(lines.size(), 2);
+        QVERIFY2(
+            lines.at(0).contains(QStringLiteral(
+                "] LASER:: kellaser::util::extractFunctionAndParameters Extracted Parameter List: "
+                "(Empty)")),
+            qPrintable(lines.at(0)));
+        QVERIFY(lines.at(0).startsWith(QStringLiteral("\x1b[31m[E|")));
+        QVERIFY2(lines.at(1).endsWith(
+                     QStringLiteral("functionName: LaserOff ,parameterList: ()\x1b[0m")),
+            qPrintable(lines.at(1)));
+    }
+
+    void summaryLineListsTheParameters()
+    {
+        QString function;
+        QStringList list;
+        kellaser::util::extractFunctionAndParameters(
+            QStringLiteral("LsMoveL(p1, v100, fine);"), function, list);
+
+        const QStringList lines = testenv::logLines();
+        QCOMPARE(lines.size(), 1);
+        QVERIFY(lines.first().startsWith(QStringLiteral("\x1b[32m[D|")));
+        QVERIFY2(lines.first().endsWith(QStringLiteral(
+                     "] LASER:: kellaser::util::extractFunctionAndParameters functionName: LsMoveL "
+                     ",parameterList: (p1, v100, fine)\x1b[0m")),
+            qPrintable(lines.first()));
+    }
+
+    void stripEnclosing_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("prefix");
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<QString>("result");
+
+        const struct
+        {
+            const char *row, *text, *prefix, *suffix, *result;
+        } rows[] = {
+            {"both present", "Offs(p1)", "Offs(", ")", "p1"},
+            {"overlapping prefix and suffix", "\"", "\"", "\"", "\""},
+            {"exactly prefix and suffix", "\"\"", "\"", "\"", ""},
+        };
+        for (const auto &r : rows)
+            QTest::newRow(r.row) << r.text << r.prefix << r.suffix << r.result;
+    }
+
+    void stripEnclosing()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, prefix);
+        QFETCH(QString, suffix);
+        QFETCH(QString, result);
+        QCOMPARE(kellaser::util::stripEnclosing(text, prefix, suffix), result);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestCallExpression)
 #include "tst_callexpression.moc"

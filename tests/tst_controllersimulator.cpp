@@ -3,6 +3,7 @@
 #include "controller/recordschema.h"
 #include "kelplugin/controllerbackend.h"
 #include "kelplugin/interfacemanager.h"
+#include "support/testenvironment.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,18 +31,6 @@ QJsonArray send(ControllerSimulator &sim, const QString &command, const QJsonVal
 QJsonObject entryOf(const QJsonArray &reply, const QString &command, const QString &plugin = key)
 {
     return reply.at(0).toObject().value(plugin).toObject().value(command).toObject();
-}
-
-// base with the changes applied; a null change removes the key.
-QJsonObject patched(QJsonObject base, const QJsonObject &changes)
-{
-    for (auto it = changes.constBegin(); it != changes.constEnd(); ++it) {
-        if (it.value().isNull())
-            base.remove(it.key());
-        else
-            base.insert(it.key(), it.value());
-    }
-    return base;
 }
 
 int returnOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
@@ -91,577 +80,561 @@ class TestControllerSimulator : public QObject
     Q_OBJECT
 
 private slots:
-    void factoryRecordsFitTheirOwnRules();
-    void changesSurviveARestart();
-    void damagedFileIsKeptAsideAndFactoryRecordsUsed_data();
-    void damagedFileIsKeptAsideAndFactoryRecordsUsed();
-    void failedWriteKeepsOldFileAndRecord();
-    void unknownCommandIsRefusedWithAMessage();
-    void serviceKeys_data();
-    void serviceKeys();
-    void recordSave_data();
-    void recordSave();
-    void weldEnable_data();
-    void weldEnable();
-    void computeCurve_data();
-    void computeCurve();
-    void manualWire_data();
-    void manualWire();
-    void manualGasClosesAfterPurgeTime();
-    void workModeIsLockedWhilePowered();
-    void monitorStreamsTheIdleCell();
-    void faults_data();
-    void faults();
-    void droppedConnectionAnswersNothingUntilRestored();
-    void addCurrentPoint_data();
-    void addCurrentPoint();
-    void lists_data();
-    void lists();
-};
-
-void TestControllerSimulator::factoryRecordsFitTheirOwnRules()
-{
-    FreshSimulator sim;
-    QCOMPARE(RecordSchema::checkIoConfig(sim.record("weld_io_config"), sim.ioLayout()), QString());
-    QCOMPARE(RecordSchema::checkSettingConfig(sim.record("weld_setting_config"), sim.ioLayout()),
-        QString());
-    const QJsonObject curves = sim.record("weld_curve_config");
-    for (const auto &curve : RecordSchema::curves())
-        QCOMPARE(RecordSchema::checkCurve(curve,
-                     QJsonObject {{curve.countKey, curves.value(curve.countKey)},
-                         {curve.nodesKey, curves.value(curve.nodesKey)}}),
+    void factoryRecordsFitTheirOwnRules()
+    {
+        FreshSimulator sim;
+        QCOMPARE(
+            RecordSchema::checkIoConfig(sim.record("weld_io_config"), sim.ioLayout()), QString());
+        QCOMPARE(
+            RecordSchema::checkSettingConfig(sim.record("weld_setting_config"), sim.ioLayout()),
             QString());
-    QVERIFY(sim.record("weld_param_config").value("LsData1").isObject());
-    QVERIFY(sim.record("weld_param_match").value("PowerData1").isObject());
-    // Nothing changed yet, so nothing is written.
-    QVERIFY(!QFile::exists(sim.dataFilePath()));
-}
+        const QJsonObject curves = sim.record("weld_curve_config");
+        for (const auto &curve : RecordSchema::curves())
+            QCOMPARE(RecordSchema::checkCurve(curve,
+                         QJsonObject {{curve.countKey, curves.value(curve.countKey)},
+                             {curve.nodesKey, curves.value(curve.nodesKey)}}),
+                QString());
+        QVERIFY(sim.record("weld_param_config").value("LsData1").isObject());
+        QVERIFY(sim.record("weld_param_match").value("PowerData1").isObject());
+        // Nothing changed yet, so nothing is written.
+        QVERIFY(!QFile::exists(sim.dataFilePath()));
+    }
 
-void TestControllerSimulator::changesSurviveARestart()
-{
-    QTemporaryDir dir;
-    QJsonObject io = FactoryRecords::ioConfig();
-    io.insert("laser_enable_port", "DO12");
+    void changesSurviveARestart()
     {
+        QTemporaryDir dir;
+        QJsonObject io = FactoryRecords::ioConfig();
+        io.insert("laser_enable_port", "DO12");
+        {
+            ControllerSimulator sim(dir.path());
+            QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
+            QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
+            QCOMPARE(returnOf(sim, "set_weld_param_match_config",
+                         QJsonObject {{"PowerData7", QJsonObject {{"power_enable", true}}}}),
+                0);
+            QVERIFY(sim.addCurrentPoint("p42", false, "tool0", "wobj0"));
+            QVERIFY(QJsonDocument::fromJson(readAll(sim.dataFilePath())).isObject());
+        }
+        ControllerSimulator again(dir.path());
+        QCOMPARE(again.record("weld_io_config"), io);
+        QCOMPARE(
+            again.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
+        QVERIFY(again.record("weld_param_match").contains("PowerData7"));
+        QVERIFY(again.record("weld_param_match").contains("PowerData1"));
+        QVERIFY(again.getPointNameList().contains("p42"));
+        QVERIFY(again.lastError().isEmpty());
+    }
+
+    void damagedFileIsKeptAsideAndFactoryRecordsUsed_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("keepsLsData9");
+
+        QTest::newRow("garbage") << QByteArray("{\"weld_io_config\": {\x01 nonsense") << false;
+        QTest::newRow("JSON array") << QByteArray("[{\"weld_io_config\": {}}]") << false;
+        QTest::newRow("record of wrong type") << QByteArray(
+            "{\"weld_io_config\": 5, \"weld_param_config\": {\"LsData9\": {\"Tips\": "
+            "\"kept\"}}}") << true;
+        QTest::newRow("points not names")
+            << QByteArray("{\"points\": [1, null], \"weld_param_config\": {\"LsData9\": {}}}")
+            << true;
+    }
+
+    void damagedFileIsKeptAsideAndFactoryRecordsUsed()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, keepsLsData9);
+
+        QTemporaryDir dir;
+        {
+            QFile file(dir.filePath("kelcontroller.json"));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content);
+        }
         ControllerSimulator sim(dir.path());
-        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
-        QCOMPARE(returnOf(sim, "set_weld_param_match_config",
-                     QJsonObject {{"PowerData7", QJsonObject {{"power_enable", true}}}}),
-            0);
-        QVERIFY(sim.addCurrentPoint("p42", false, "tool0", "wobj0"));
-        QVERIFY(QJsonDocument::fromJson(readAll(sim.dataFilePath())).isObject());
+        QSignalSpy problems(&sim, &ControllerSimulator::problem);
+
+        QTRY_COMPARE(problems.count(), 1);
+        QVERIFY(problems.at(0).at(0).toString().contains("damaged"));
+        QCOMPARE(sim.lastError(), problems.at(0).at(0).toString());
+        const QStringList aside = asideFiles(dir);
+        QCOMPARE(aside.size(), 1);
+        QCOMPARE(readAll(dir.filePath(aside.first())), content);
+        QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
+        QCOMPARE(sim.record("weld_param_config").contains("LsData9"), keepsLsData9);
+        QCOMPARE(sim.record("weld_param_config").contains("LsData1"), !keepsLsData9);
+
+        // What was kept must survive the next start, and the aside copy is never overwritten.
+        ControllerSimulator again(dir.path());
+        QCOMPARE(again.record("weld_param_config").contains("LsData9"), keepsLsData9);
+        QCOMPARE(asideFiles(dir).size(), 1);
     }
-    ControllerSimulator again(dir.path());
-    QCOMPARE(again.record("weld_io_config"), io);
-    QCOMPARE(again.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
-    QVERIFY(again.record("weld_param_match").contains("PowerData7"));
-    QVERIFY(again.record("weld_param_match").contains("PowerData1"));
-    QVERIFY(again.getPointNameList().contains("p42"));
-    QVERIFY(again.lastError().isEmpty());
-}
 
-void TestControllerSimulator::damagedFileIsKeptAsideAndFactoryRecordsUsed_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("keepsLsData9");
-
-    QTest::newRow("garbage") << QByteArray("{\"weld_io_config\": {\x01 nonsense") << false;
-    QTest::newRow("JSON array") << QByteArray("[{\"weld_io_config\": {}}]") << false;
-    QTest::newRow("record of wrong type") << QByteArray(
-        "{\"weld_io_config\": 5, \"weld_param_config\": {\"LsData9\": {\"Tips\": "
-        "\"kept\"}}}") << true;
-    QTest::newRow("points not names")
-        << QByteArray("{\"points\": [1, null], \"weld_param_config\": {\"LsData9\": {}}}") << true;
-}
-
-void TestControllerSimulator::damagedFileIsKeptAsideAndFactoryRecordsUsed()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(bool, keepsLsData9);
-
-    QTemporaryDir dir;
+    void failedWriteKeepsOldFileAndRecord()
     {
-        QFile file(dir.filePath("kelcontroller.json"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        QTemporaryDir dir;
+        ControllerSimulator sim(dir.path());
+        QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
+        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
+        const QByteArray before = readAll(sim.dataFilePath());
+        QVERIFY(!before.isEmpty());
+
+        const bool locked = makeUnwritable(dir.path());
+        QSignalSpy problems(&sim, &ControllerSimulator::problem);
+        QJsonObject io = FactoryRecords::ioConfig();
+        io.insert("gas_protect_port", "DO20");
+        const QJsonObject entry
+            = entryOf(send(sim, "set_weld_io_config", io), "set_weld_io_config");
+        makeWritable(dir.path());
+        if (!locked)
+            QSKIP("the data folder cannot be made read-only here");
+
+        QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::StoreFailed));
+        QVERIFY(!entry.value("message").toString().isEmpty());
+        QCOMPARE(problems.count(), 1);
+        QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
+        QCOMPARE(readAll(sim.dataFilePath()), before);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {"kelcontroller.json"});
     }
-    ControllerSimulator sim(dir.path());
-    QSignalSpy problems(&sim, &ControllerSimulator::problem);
 
-    QTRY_COMPARE(problems.count(), 1);
-    QVERIFY(problems.at(0).at(0).toString().contains("damaged"));
-    QCOMPARE(sim.lastError(), problems.at(0).at(0).toString());
-    const QStringList aside = asideFiles(dir);
-    QCOMPARE(aside.size(), 1);
-    QCOMPARE(readAll(dir.filePath(aside.first())), content);
-    QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
-    QCOMPARE(sim.record("weld_param_config").contains("LsData9"), keepsLsData9);
-    QCOMPARE(sim.record("weld_param_config").contains("LsData1"), !keepsLsData9);
+    void unknownCommandIsRefusedWithAMessage()
+    {
+        FreshSimulator sim;
+        QSignalSpy problems(&sim, &ControllerSimulator::problem);
+        QSignalSpy handled(&sim, &ControllerSimulator::commandHandled);
 
-    // What was kept must survive the next start, and the aside copy is never overwritten.
-    ControllerSimulator again(dir.path());
-    QCOMPARE(again.record("weld_param_config").contains("LsData9"), keepsLsData9);
-    QCOMPARE(asideFiles(dir).size(), 1);
-}
+        const QJsonArray reply = send(sim, "set_weld_teleport", true);
+        const QJsonObject entry = entryOf(reply, "set_weld_teleport");
+        QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::UnknownCommand));
+        QVERIFY(entry.value("message").toString().contains("set_weld_teleport"));
+        QCOMPARE(problems.count(), 1);
+        QCOMPARE(handled.count(), 1);
+        QCOMPARE(handled.at(0).at(0).toString(), QString("set_weld_teleport"));
+        QCOMPARE(handled.at(0).at(2).toJsonArray(), reply);
 
-void TestControllerSimulator::failedWriteKeepsOldFileAndRecord()
-{
-    QTemporaryDir dir;
-    ControllerSimulator sim(dir.path());
-    QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
-    QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
-    const QByteArray before = readAll(sim.dataFilePath());
-    QVERIFY(!before.isEmpty());
-
-    const bool locked = makeUnwritable(dir.path());
-    QSignalSpy problems(&sim, &ControllerSimulator::problem);
-    QJsonObject io = FactoryRecords::ioConfig();
-    io.insert("gas_protect_port", "DO20");
-    const QJsonObject entry = entryOf(send(sim, "set_weld_io_config", io), "set_weld_io_config");
-    makeWritable(dir.path());
-    if (!locked)
-        QSKIP("the data folder cannot be made read-only here");
-
-    QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::StoreFailed));
-    QVERIFY(!entry.value("message").toString().isEmpty());
-    QCOMPARE(problems.count(), 1);
-    QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
-    QCOMPARE(readAll(sim.dataFilePath()), before);
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {"kelcontroller.json"});
-}
-
-void TestControllerSimulator::unknownCommandIsRefusedWithAMessage()
-{
-    FreshSimulator sim;
-    QSignalSpy problems(&sim, &ControllerSimulator::problem);
-    QSignalSpy handled(&sim, &ControllerSimulator::commandHandled);
-
-    const QJsonArray reply = send(sim, "set_weld_teleport", true);
-    const QJsonObject entry = entryOf(reply, "set_weld_teleport");
-    QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::UnknownCommand));
-    QVERIFY(entry.value("message").toString().contains("set_weld_teleport"));
-    QCOMPARE(problems.count(), 1);
-    QCOMPARE(handled.count(), 1);
-    QCOMPARE(handled.at(0).at(0).toString(), QString("set_weld_teleport"));
-    QCOMPARE(handled.at(0).at(2).toJsonArray(), reply);
-
-    const QJsonArray foreign
-        = sim.commandCustomData(nullptr, "kelspotweld", QJsonObject {{"set_weld_red_light", true}});
-    QCOMPARE(entryOf(foreign, "set_weld_red_light", "kelspotweld").value("return").toInt(),
-        int(ControllerSimulator::UnknownCommand));
-    QVERIFY(!sim.isRedLightOn());
-}
-
-void TestControllerSimulator::serviceKeys_data()
-{
-    QTest::addColumn<QString>("serviceKey");
-    QTest::addColumn<QJsonValue>("expected");
-    QTest::addColumn<bool>("reported");
-
-    QTest::newRow("red light status")
-        << "laser_weld_data.weld_redlight_status" << QJsonValue(true) << false;
-    QTest::newRow("member of a record")
-        << "weld_setting_config.manual_gas_time" << QJsonValue(5000) << false;
-    QTest::newRow("unknown record") << "weld_laser_config" << QJsonValue() << true;
-    QTest::newRow("missing member") << "laser_weld_data.arc_status" << QJsonValue() << true;
-    QTest::newRow("member of a boolean")
-        << "laser_weld_data.weld_redlight_status.on" << QJsonValue() << true;
-    QTest::newRow("monitor not started") << "weld_monitor_data" << QJsonValue() << false;
-}
-
-void TestControllerSimulator::serviceKeys()
-{
-    QFETCH(QString, serviceKey);
-    QFETCH(QJsonValue, expected);
-    QFETCH(bool, reported);
-
-    FreshSimulator sim;
-    QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
-    QSignalSpy problems(&sim, &ControllerSimulator::problem);
-    const QJsonValue value = sim.getKelServiceData(serviceKey);
-    if (expected.isNull())
-        QVERIFY(value.isUndefined());
-    else
-        QCOMPARE(value, expected);
-    QCOMPARE(problems.count(), reported ? 1 : 0);
-}
-
-void TestControllerSimulator::recordSave_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QJsonObject>("payload");
-    QTest::addColumn<int>("code");
-
-    const QString io = "set_weld_io_config";
-    const QString setting = "set_weld_setting_config";
-    const QString list = "set_weld_param_list_config";
-    const QString match = "set_weld_param_match_config";
-    const auto ioWith
-        = [](const QJsonObject &changes) { return patched(FactoryRecords::ioConfig(), changes); };
-    const auto settingWith = [](const QJsonObject &changes) {
-        return patched(FactoryRecords::settingConfig(), changes);
-    };
-    const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
-    const QJsonObject set {{"Tips", "new"}};
-
-    QTest::newRow("valid port") << io << ioWith({{"laser_enable_port", "DO32"}}) << 0;
-    QTest::newRow("port unassigned") << io << ioWith({{"red_light_port", ""}}) << 0;
-    QTest::newRow("missing key") << io << ioWith({{"external_alarm_enabled", QJsonValue()}}) << 2;
-    QTest::newRow("port as number") << io << ioWith({{"power_port", 1}}) << 2;
-    QTest::newRow("port beyond layout") << io << ioWith({{"laser_enable_port", "DO33"}}) << 2;
-    QTest::newRow("input port on output") << io << ioWith({{"gas_protect_port", "DI2"}}) << 2;
-    QTest::newRow("analogue port on group type") << io << ioWith({{"power_type", 1}}) << 2;
-    QTest::newRow("gas purge at its minimum")
-        << setting << settingWith({{"manual_gas_time", 1000}}) << 0;
-    QTest::newRow("gas purge below its minimum")
-        << setting << settingWith({{"manual_gas_time", 999}}) << 2;
-    QTest::newRow("fractional power") << setting << settingWith({{"laser_power", 3000.5}}) << 2;
-    QTest::newRow("selector beyond its items")
-        << setting << settingWith({{"wire_feeder_comm_type", 3}}) << 2;
-    QTest::newRow("equal detect and check-out times")
-        << setting << settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}}) << 0;
-    QTest::newRow("detect time before check-out")
-        << setting << settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}}) << 2;
-    QTest::newRow("trigger on an input") << setting << settingWith({{"detection_do", "DI1"}}) << 2;
-    QTest::newRow("feed curve") << "set_weld_curve_feed_config"
-                                << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}
-                                << 0;
-    QTest::newRow("count and rows disagree")
-        << "set_weld_curve_feed_config"
-        << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}} << 2;
-    QTest::newRow("eleven nodes") << "set_weld_curve_feed_config"
-                                  << QJsonObject {{"laser_feed_node", 11},
-                                         {"feed_nodes_data", three}}
-                                  << 2;
-    QTest::newRow("row of three numbers")
-        << "set_weld_curve_power_config"
-        << QJsonObject {{"laser_power_node", 2},
-               {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}}
-        << 2;
-    QTest::newRow("keys of another curve")
-        << "set_weld_curve_power_config"
-        << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 2;
-    QTest::newRow("last weld data set") << list << QJsonObject {{"LsData30", set}} << 0;
-    QTest::newRow("weld data set 31") << list << QJsonObject {{"LsData31", set}} << 2;
-    QTest::newRow("zero-padded name") << list << QJsonObject {{"LsData07", set}} << 2;
-    QTest::newRow("matching name in the list") << list << QJsonObject {{"PowerData1", set}} << 2;
-    QTest::newRow("set not an object") << list << QJsonObject {{"LsData4", 4}} << 2;
-    QTest::newRow("last matching set") << match << QJsonObject {{"PowerData10", set}} << 0;
-    QTest::newRow("matching set 11") << match << QJsonObject {{"PowerData11", set}} << 2;
-}
-
-void TestControllerSimulator::recordSave()
-{
-    QFETCH(QString, command);
-    QFETCH(QJsonObject, payload);
-    QFETCH(int, code);
-
-    FreshSimulator sim;
-    QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
-    const QString record = command.contains("curve") ? QString("weld_curve_config")
-        : command.contains("match")                  ? QString("weld_param_match")
-        : command.contains("list")                   ? QString("weld_param_config")
-                                                     : command.mid(4);
-    const QJsonObject before = sim.record(record);
-
-    QCOMPARE(returnOf(sim, command, payload), code);
-    // An accepted save merges into the record and is stored; a refused one leaves both alone.
-    QCOMPARE(sim.record(record), code == 0 ? patched(before, payload) : before);
-    QCOMPARE(changed.isEmpty(), code != 0);
-    QCOMPARE(QFile::exists(sim.dataFilePath()), code == 0);
-}
-
-void TestControllerSimulator::weldEnable_data()
-{
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("powered");
-    QTest::addColumn<QString>("laserPort");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<bool>("enabled");
-
-    QTest::newRow("on with laser port") << "TRUE" << false << "DO1" << true << true;
-    QTest::newRow("on while powered") << "TRUE" << true << "DO1" << false << false;
-    QTest::newRow("on without laser port") << "TRUE" << false << "" << false << false;
-    QTest::newRow("off while powered") << "FALSE" << true << "DO1" << true << false;
-    QTest::newRow("lower case") << "true" << false << "DO1" << false << false;
-}
-
-void TestControllerSimulator::weldEnable()
-{
-    QFETCH(QString, value);
-    QFETCH(bool, powered);
-    QFETCH(QString, laserPort);
-    QFETCH(bool, accepted);
-    QFETCH(bool, enabled);
-
-    FreshSimulator sim;
-    QJsonObject io = FactoryRecords::ioConfig();
-    io.insert("laser_enable_port", laserPort);
-    QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-    sim.setRobotPowered(powered);
-
-    const QJsonArray reply = sim.commandCustomData(nullptr, key, "set_weld_enable", value);
-    // The page accepts only a JSON boolean true here.
-    QCOMPARE(entryOf(reply, "set_weld_enable").value("return"), QJsonValue(accepted));
-    QCOMPARE(sim.isWeldingEnabled(), enabled);
-    QCOMPARE(sim.record("weld_setting_config").value("laser_main_enable").toBool(), enabled);
-}
-
-void TestControllerSimulator::computeCurve_data()
-{
-    QTest::addColumn<QJsonObject>("curve");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<double>("slope");
-    QTest::addColumn<double>("intercept");
-
-    QTest::newRow("two nodes") << QJsonObject {{"laser_power_node", 2},
-        {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {10, 6000}}}}
-                               << 0 << 600.0 << 0.0;
-    QTest::newRow("three scattered nodes") << QJsonObject {{"laser_frequency_node", 3},
-        {"frequency_nodes_data",
-            QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 1}, QJsonArray {2, 3}}}}
-                                           << 0 << 1.5 << -1.0 / 6.0;
-    QTest::newRow("node count below the rows") << QJsonObject {{"laser_dutycycle_node", 2},
-        {"dutycycle_nodes_data",
-            QJsonArray {QJsonArray {0, 1}, QJsonArray {10, 100}, QJsonArray {20, 0}}}}
-                                               << 0 << 9.9 << 1.0;
-    QTest::newRow("one node") << QJsonObject {{"laser_power_node", 1},
-        {"power_nodes_data", QJsonArray {QJsonArray {0, 0}}}}
-                              << 2 << 0.0 << 0.0;
-    QTest::newRow("equal raw values") << QJsonObject {{"laser_power_node", 2},
-        {"power_nodes_data", QJsonArray {QJsonArray {5, 0}, QJsonArray {5, 6000}}}}
-                                      << 2 << 0.0 << 0.0;
-    QTest::newRow("raw values beyond a double's reach") << QJsonObject {{"laser_power_node", 2},
-        {"power_nodes_data", QJsonArray {QJsonArray {-1e308, 0}, QJsonArray {1e308, 1}}}}
-                                                        << 2 << 0.0 << 0.0;
-}
-
-void TestControllerSimulator::computeCurve()
-{
-    QFETCH(QJsonObject, curve);
-    QFETCH(int, code);
-    QFETCH(double, slope);
-    QFETCH(double, intercept);
-
-    FreshSimulator sim;
-    const QJsonObject entry
-        = entryOf(send(sim, "compute_curve_config", curve), "compute_curve_config");
-    QCOMPARE(entry.value("return").toInt(), code);
-    if (code != 0) {
-        QVERIFY(!entry.contains("slope"));
-        QVERIFY(!entry.contains("intercept"));
-        return;
+        const QJsonArray foreign = sim.commandCustomData(
+            nullptr, "kelspotweld", QJsonObject {{"set_weld_red_light", true}});
+        QCOMPARE(entryOf(foreign, "set_weld_red_light", "kelspotweld").value("return").toInt(),
+            int(ControllerSimulator::UnknownCommand));
+        QVERIFY(!sim.isRedLightOn());
     }
-    QVERIFY(qAbs(entry.value("slope").toDouble() - slope) < 1e-9);
-    QVERIFY(qAbs(entry.value("intercept").toDouble() - intercept) < 1e-9);
-}
 
-void TestControllerSimulator::manualWire_data()
-{
-    QTest::addColumn<bool>("feederEnabled");
-    QTest::addColumn<bool>("welding");
-    QTest::addColumn<int>("code");
+    void serviceKeys_data()
+    {
+        QTest::addColumn<QString>("serviceKey");
+        QTest::addColumn<QJsonValue>("expected");
+        QTest::addColumn<bool>("reported");
 
-    QTest::newRow("feeder ready") << true << false << 0;
-    QTest::newRow("feeder disabled") << false << false << 4;
-    QTest::newRow("welding enabled") << true << true << 3;
-}
+        QTest::newRow("red light status")
+            << "laser_weld_data.weld_redlight_status" << QJsonValue(true) << false;
+        QTest::newRow("member of a record")
+            << "weld_setting_config.manual_gas_time" << QJsonValue(5000) << false;
+        QTest::newRow("unknown record") << "weld_laser_config" << QJsonValue() << true;
+        QTest::newRow("missing member") << "laser_weld_data.arc_status" << QJsonValue() << true;
+        QTest::newRow("monitor not started") << "weld_monitor_data" << QJsonValue() << false;
+    }
 
-void TestControllerSimulator::manualWire()
-{
-    QFETCH(bool, feederEnabled);
-    QFETCH(bool, welding);
-    QFETCH(int, code);
+    void serviceKeys()
+    {
+        QFETCH(QString, serviceKey);
+        QFETCH(QJsonValue, expected);
+        QFETCH(bool, reported);
 
-    FreshSimulator sim;
-    QJsonObject settings = FactoryRecords::settingConfig();
-    settings.insert("feeder_enable", feederEnabled);
-    QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
-    if (welding)
+        FreshSimulator sim;
+        QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
+        QSignalSpy problems(&sim, &ControllerSimulator::problem);
+        const QJsonValue value = sim.getKelServiceData(serviceKey);
+        if (expected.isNull())
+            QVERIFY(value.isUndefined());
+        else
+            QCOMPARE(value, expected);
+        QCOMPARE(problems.count(), reported ? 1 : 0);
+    }
+
+    void recordSave_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QJsonObject>("payload");
+        QTest::addColumn<int>("code");
+
+        const QString io = "set_weld_io_config";
+        const QString setting = "set_weld_setting_config";
+        const QString list = "set_weld_param_list_config";
+        const QString match = "set_weld_param_match_config";
+        const auto ioWith = [](const QJsonObject &changes) {
+            return testenv::patched(FactoryRecords::ioConfig(), changes);
+        };
+        const auto settingWith = [](const QJsonObject &changes) {
+            return testenv::patched(FactoryRecords::settingConfig(), changes);
+        };
+        const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
+        const QJsonObject set {{"Tips", "new"}};
+
+        QTest::newRow("valid port") << io << ioWith({{"laser_enable_port", "DO32"}}) << 0;
+        QTest::newRow("port unassigned") << io << ioWith({{"red_light_port", ""}}) << 0;
+        QTest::newRow("missing key")
+            << io << ioWith({{"external_alarm_enabled", QJsonValue()}}) << 2;
+        QTest::newRow("port as number") << io << ioWith({{"power_port", 1}}) << 2;
+        QTest::newRow("port beyond layout") << io << ioWith({{"laser_enable_port", "DO33"}}) << 2;
+        QTest::newRow("input port on output") << io << ioWith({{"gas_protect_port", "DI2"}}) << 2;
+        QTest::newRow("analogue port on group type") << io << ioWith({{"power_type", 1}}) << 2;
+        QTest::newRow("gas purge at its minimum")
+            << setting << settingWith({{"manual_gas_time", 1000}}) << 0;
+        QTest::newRow("gas purge below its minimum")
+            << setting << settingWith({{"manual_gas_time", 999}}) << 2;
+        QTest::newRow("fractional power") << setting << settingWith({{"laser_power", 3000.5}}) << 2;
+        QTest::newRow("selector beyond its items")
+            << setting << settingWith({{"wire_feeder_comm_type", 3}}) << 2;
+        QTest::newRow("equal detect and check-out times")
+            << setting << settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}})
+            << 0;
+        QTest::newRow("detect time before check-out")
+            << setting << settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}})
+            << 2;
+        QTest::newRow("trigger on an input")
+            << setting << settingWith({{"detection_do", "DI1"}}) << 2;
+        QTest::newRow("feed curve")
+            << "set_weld_curve_feed_config"
+            << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 0;
+        QTest::newRow("count and rows disagree")
+            << "set_weld_curve_feed_config"
+            << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}} << 2;
+        QTest::newRow("eleven nodes")
+            << "set_weld_curve_feed_config"
+            << QJsonObject {{"laser_feed_node", 11}, {"feed_nodes_data", three}} << 2;
+        QTest::newRow("row of three numbers")
+            << "set_weld_curve_power_config"
+            << QJsonObject {{"laser_power_node", 2},
+                   {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}}
+            << 2;
+        QTest::newRow("keys of another curve")
+            << "set_weld_curve_power_config"
+            << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 2;
+        QTest::newRow("last weld data set") << list << QJsonObject {{"LsData30", set}} << 0;
+        QTest::newRow("weld data set 31") << list << QJsonObject {{"LsData31", set}} << 2;
+        QTest::newRow("zero-padded name") << list << QJsonObject {{"LsData07", set}} << 2;
+        QTest::newRow("matching name in the list")
+            << list << QJsonObject {{"PowerData1", set}} << 2;
+        QTest::newRow("set not an object") << list << QJsonObject {{"LsData4", 4}} << 2;
+        QTest::newRow("last matching set") << match << QJsonObject {{"PowerData10", set}} << 0;
+        QTest::newRow("matching set 11") << match << QJsonObject {{"PowerData11", set}} << 2;
+    }
+
+    void recordSave()
+    {
+        QFETCH(QString, command);
+        QFETCH(QJsonObject, payload);
+        QFETCH(int, code);
+
+        FreshSimulator sim;
+        QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
+        const QString record = command.contains("curve") ? QString("weld_curve_config")
+            : command.contains("match")                  ? QString("weld_param_match")
+            : command.contains("list")                   ? QString("weld_param_config")
+                                                         : command.mid(4);
+        const QJsonObject before = sim.record(record);
+
+        QCOMPARE(returnOf(sim, command, payload), code);
+        // An accepted save merges into the record and is stored; a refused one leaves both alone.
+        QCOMPARE(sim.record(record), code == 0 ? testenv::patched(before, payload) : before);
+        QCOMPARE(changed.isEmpty(), code != 0);
+        QCOMPARE(QFile::exists(sim.dataFilePath()), code == 0);
+    }
+
+    void weldEnable_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("powered");
+        QTest::addColumn<QString>("laserPort");
+        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<bool>("enabled");
+
+        QTest::newRow("on with laser port") << "TRUE" << false << "DO1" << true << true;
+        QTest::newRow("on while powered") << "TRUE" << true << "DO1" << false << false;
+        QTest::newRow("on without laser port") << "TRUE" << false << "" << false << false;
+        QTest::newRow("off while powered") << "FALSE" << true << "DO1" << true << false;
+        QTest::newRow("lower case") << "true" << false << "DO1" << false << false;
+    }
+
+    void weldEnable()
+    {
+        QFETCH(QString, value);
+        QFETCH(bool, powered);
+        QFETCH(QString, laserPort);
+        QFETCH(bool, accepted);
+        QFETCH(bool, enabled);
+
+        FreshSimulator sim;
+        QJsonObject io = FactoryRecords::ioConfig();
+        io.insert("laser_enable_port", laserPort);
+        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
+        sim.setRobotPowered(powered);
+
+        const QJsonArray reply = sim.commandCustomData(nullptr, key, "set_weld_enable", value);
+        // The page accepts only a JSON boolean true here.
+        QCOMPARE(entryOf(reply, "set_weld_enable").value("return"), QJsonValue(accepted));
+        QCOMPARE(sim.isWeldingEnabled(), enabled);
+        QCOMPARE(sim.record("weld_setting_config").value("laser_main_enable").toBool(), enabled);
+    }
+
+    void computeCurve_data()
+    {
+        QTest::addColumn<QJsonObject>("curve");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<double>("slope");
+        QTest::addColumn<double>("intercept");
+
+        QTest::newRow("two nodes") << QJsonObject {{"laser_power_node", 2},
+            {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {10, 6000}}}}
+                                   << 0 << 600.0 << 0.0;
+        QTest::newRow("three scattered nodes") << QJsonObject {{"laser_frequency_node", 3},
+            {"frequency_nodes_data",
+                QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 1}, QJsonArray {2, 3}}}}
+                                               << 0 << 1.5 << -1.0 / 6.0;
+        QTest::newRow("node count below the rows") << QJsonObject {{"laser_dutycycle_node", 2},
+            {"dutycycle_nodes_data",
+                QJsonArray {QJsonArray {0, 1}, QJsonArray {10, 100}, QJsonArray {20, 0}}}}
+                                                   << 0 << 9.9 << 1.0;
+        QTest::newRow("one node") << QJsonObject {{"laser_power_node", 1},
+            {"power_nodes_data", QJsonArray {QJsonArray {0, 0}}}}
+                                  << 2 << 0.0 << 0.0;
+        QTest::newRow("equal raw values") << QJsonObject {{"laser_power_node", 2},
+            {"power_nodes_data", QJsonArray {QJsonArray {5, 0}, QJsonArray {5, 6000}}}}
+                                          << 2 << 0.0 << 0.0;
+        QTest::newRow("raw values beyond a double's reach") << QJsonObject {{"laser_power_node", 2},
+            {"power_nodes_data", QJsonArray {QJsonArray {-1e308, 0}, QJsonArray {1e308, 1}}}}
+                                                            << 2 << 0.0 << 0.0;
+    }
+
+    void computeCurve()
+    {
+        QFETCH(QJsonObject, curve);
+        QFETCH(int, code);
+        QFETCH(double, slope);
+        QFETCH(double, intercept);
+
+        FreshSimulator sim;
+        const QJsonObject entry
+            = entryOf(send(sim, "compute_curve_config", curve), "compute_curve_config");
+        QCOMPARE(entry.value("return").toInt(), code);
+        if (code != 0) {
+            QVERIFY(!entry.contains("slope"));
+            QVERIFY(!entry.contains("intercept"));
+            return;
+        }
+        QVERIFY(qAbs(entry.value("slope").toDouble() - slope) < 1e-9);
+        QVERIFY(qAbs(entry.value("intercept").toDouble() - intercept) < 1e-9);
+    }
+
+    void manualWire_data()
+    {
+        QTest::addColumn<bool>("feederEnabled");
+        QTest::addColumn<bool>("welding");
+        QTest::addColumn<int>("code");
+
+        QTest::newRow("feeder ready") << true << false << 0;
+        QTest::newRow("feeder disabled") << false << false << 4;
+        QTest::newRow("welding enabled") << true << true << 3;
+    }
+
+    void manualWire()
+    {
+        QFETCH(bool, feederEnabled);
+        QFETCH(bool, welding);
+        QFETCH(int, code);
+
+        FreshSimulator sim;
+        QJsonObject settings = FactoryRecords::settingConfig();
+        settings.insert("feeder_enable", feederEnabled);
+        QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
+        if (welding)
+            sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
+
+        QCOMPARE(returnOf(sim, "set_weld_feed_wire", true), code);
+        QCOMPARE(sim.feeder(),
+            code == 0 ? ControllerSimulator::Feeder::Feeding : ControllerSimulator::Feeder::Idle);
+        QCOMPARE(returnOf(sim, "set_weld_retract_wire", true), code);
+        QCOMPARE(sim.feeder(),
+            code == 0 ? ControllerSimulator::Feeder::Retracting
+                      : ControllerSimulator::Feeder::Idle);
+        // Releasing the button must always stop the wire.
+        QCOMPARE(returnOf(sim, "set_weld_retract_wire", false), 0);
+        QCOMPARE(sim.feeder(), ControllerSimulator::Feeder::Idle);
+        QCOMPARE(returnOf(sim, "set_weld_feed_wire", "yes"), 2);
+    }
+
+    void manualGasClosesAfterPurgeTime()
+    {
+        FreshSimulator sim;
+        QJsonObject settings = FactoryRecords::settingConfig();
+        settings.insert("manual_gas_time", 1000);
+        QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
+        QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
+
+        QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 0);
+        QVERIFY(sim.isGasOpen());
+        QTRY_VERIFY_WITH_TIMEOUT(!sim.isGasOpen(), 5000);
+        QCOMPARE(changed.count(), 2);
+
+        QJsonObject io = FactoryRecords::ioConfig();
+        io.insert("gas_protect_port", "");
+        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
+        QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 4);
+        QVERIFY(!sim.isGasOpen());
+    }
+
+    void workModeIsLockedWhilePowered()
+    {
+        FreshSimulator sim;
+        sim.setRobotPowered(true);
+        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 3);
+        QCOMPARE(
+            sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(false));
+        sim.setRobotPowered(false);
+        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
+        QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
+    }
+
+    void monitorStreamsTheIdleCell()
+    {
+        FreshSimulator sim;
+        QCOMPARE(returnOf(sim, "start_laserweld_monitor", true), 0);
+        const QJsonObject set = FactoryRecords::paramConfig().value("LsData2").toObject();
+        QCOMPARE(returnOf(sim, "set_weld_param_list_config", QJsonObject {{"LsData5", set}}), 0);
         sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
+        const QJsonObject idle = sim.getKelServiceData("weld_monitor_data").toObject();
+        QCOMPARE(idle.value("data_set").toString(), QString("LsData5"));
+        QVERIFY(idle.value("welding").toBool());
+        // Nothing runs: the actual values, not the set's.
+        QCOMPARE(idle.value("power").toDouble(), 0.0);
+        QCOMPARE(idle.value("phase").toString(), QString("idle"));
 
-    QCOMPARE(returnOf(sim, "set_weld_feed_wire", true), code);
-    QCOMPARE(sim.feeder(),
-        code == 0 ? ControllerSimulator::Feeder::Feeding : ControllerSimulator::Feeder::Idle);
-    QCOMPARE(returnOf(sim, "set_weld_retract_wire", true), code);
-    QCOMPARE(sim.feeder(),
-        code == 0 ? ControllerSimulator::Feeder::Retracting : ControllerSimulator::Feeder::Idle);
-    // Releasing the button must always stop the wire.
-    QCOMPARE(returnOf(sim, "set_weld_retract_wire", false), 0);
-    QCOMPARE(sim.feeder(), ControllerSimulator::Feeder::Idle);
-    QCOMPARE(returnOf(sim, "set_weld_feed_wire", "yes"), 2);
-}
-
-void TestControllerSimulator::manualGasClosesAfterPurgeTime()
-{
-    FreshSimulator sim;
-    QJsonObject settings = FactoryRecords::settingConfig();
-    settings.insert("manual_gas_time", 1000);
-    QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
-    QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
-
-    QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 0);
-    QVERIFY(sim.isGasOpen());
-    QTRY_VERIFY_WITH_TIMEOUT(!sim.isGasOpen(), 5000);
-    QCOMPARE(changed.count(), 2);
-
-    QJsonObject io = FactoryRecords::ioConfig();
-    io.insert("gas_protect_port", "");
-    QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-    QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 4);
-    QVERIFY(!sim.isGasOpen());
-}
-
-void TestControllerSimulator::workModeIsLockedWhilePowered()
-{
-    FreshSimulator sim;
-    sim.setRobotPowered(true);
-    QCOMPARE(returnOf(sim, "set_virtual_welding", true), 3);
-    QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(false));
-    sim.setRobotPowered(false);
-    QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
-    QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
-}
-
-void TestControllerSimulator::monitorStreamsTheIdleCell()
-{
-    FreshSimulator sim;
-    QCOMPARE(returnOf(sim, "start_laserweld_monitor", true), 0);
-    const QJsonObject set = FactoryRecords::paramConfig().value("LsData2").toObject();
-    QCOMPARE(returnOf(sim, "set_weld_param_list_config", QJsonObject {{"LsData5", set}}), 0);
-    sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
-    const QJsonObject idle = sim.getKelServiceData("weld_monitor_data").toObject();
-    QCOMPARE(idle.value("data_set").toString(), QString("LsData5"));
-    QVERIFY(idle.value("welding").toBool());
-    // Nothing runs: the actual values, not the set's.
-    QCOMPARE(idle.value("power").toDouble(), 0.0);
-    QCOMPARE(idle.value("phase").toString(), QString("idle"));
-
-    QVERIFY(sim.disconnectKelServiceData(key, "weld_monitor_data", QString()));
-    QVERIFY(!sim.isMonitorRunning());
-    QVERIFY(sim.getKelServiceData("weld_monitor_data").isUndefined());
-}
-
-void TestControllerSimulator::faults_data()
-{
-    QTest::addColumn<int>("fault");
-    QTest::addColumn<bool>("applied");
-
-    QTest::newRow("forced return code") << 0 << false;
-    QTest::newRow("empty reply") << 1 << true;
-    QTest::newRow("malformed element") << 2 << true;
-}
-
-void TestControllerSimulator::faults()
-{
-    QFETCH(int, fault);
-    QFETCH(bool, applied);
-
-    FreshSimulator sim;
-    if (fault == 0)
-        sim.injectReturnCode(7);
-    else if (fault == 1)
-        sim.injectEmptyReply();
-    else
-        sim.injectMalformedElement();
-
-    const QJsonArray reply = send(sim, "set_weld_red_light", true);
-    switch (fault) {
-    case 0:
-        QCOMPARE(entryOf(reply, "set_weld_red_light").value("return").toInt(), 7);
-        break;
-    case 1:
-        QVERIFY(reply.isEmpty());
-        break;
-    default:
-        QVERIFY(!reply.isEmpty());
-        for (const QJsonValue &element : reply)
-            QVERIFY(!element.toObject().value(key).isObject());
-        break;
+        QVERIFY(sim.disconnectKelServiceData(key, "weld_monitor_data", QString()));
+        QVERIFY(!sim.isMonitorRunning());
+        QVERIFY(sim.getKelServiceData("weld_monitor_data").isUndefined());
     }
-    QCOMPARE(sim.isRedLightOn(), applied);
-    // One shot: the next command is answered normally.
-    QCOMPARE(returnOf(sim, "set_weld_red_light", false), 0);
-}
 
-void TestControllerSimulator::droppedConnectionAnswersNothingUntilRestored()
-{
-    FreshSimulator sim;
-    kelplugin::setControllerBackend(&sim);
-    QSignalSpy restored(
-        &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
+    void faults_data()
+    {
+        QTest::addColumn<int>("fault");
+        QTest::addColumn<bool>("applied");
 
-    sim.setConnected(false);
-    QVERIFY(send(sim, "set_weld_red_light", true).isEmpty());
-    QVERIFY(!sim.isRedLightOn());
-    QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isUndefined());
-    QCOMPARE(restored.count(), 0);
+        QTest::newRow("forced return code") << 0 << false;
+        QTest::newRow("empty reply") << 1 << true;
+        QTest::newRow("malformed element") << 2 << true;
+    }
 
-    sim.setConnected(true);
-    QCOMPARE(restored.count(), 1);
-    QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isObject());
-    kelplugin::setControllerBackend(nullptr);
-}
+    void faults()
+    {
+        QFETCH(int, fault);
+        QFETCH(bool, applied);
 
-void TestControllerSimulator::addCurrentPoint_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("overwrite");
-    QTest::addColumn<QString>("tool");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<int>("pointCount");
+        FreshSimulator sim;
+        if (fault == 0)
+            sim.injectReturnCode(7);
+        else if (fault == 1)
+            sim.injectEmptyReply();
+        else
+            sim.injectMalformedElement();
 
-    QTest::newRow("new name") << "pWeld1" << false << "tool1" << true << 4;
-    QTest::newRow("duplicate") << "p20" << false << "tool0" << false << 3;
-    QTest::newRow("duplicate overwritten") << "p20" << true << "tool0" << true << 3;
-    QTest::newRow("not an identifier") << "1p" << false << "tool0" << false << 3;
-    QTest::newRow("unknown tool") << "p99" << false << "tool7" << false << 3;
-}
+        const QJsonArray reply = send(sim, "set_weld_red_light", true);
+        switch (fault) {
+        case 0:
+            QCOMPARE(entryOf(reply, "set_weld_red_light").value("return").toInt(), 7);
+            break;
+        case 1:
+            QVERIFY(reply.isEmpty());
+            break;
+        default:
+            QVERIFY(!reply.isEmpty());
+            for (const QJsonValue &element : reply)
+                QVERIFY(!element.toObject().value(key).isObject());
+            break;
+        }
+        QCOMPARE(sim.isRedLightOn(), applied);
+        // One shot: the next command is answered normally.
+        QCOMPARE(returnOf(sim, "set_weld_red_light", false), 0);
+    }
 
-void TestControllerSimulator::addCurrentPoint()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, overwrite);
-    QFETCH(QString, tool);
-    QFETCH(bool, accepted);
-    QFETCH(int, pointCount);
+    void droppedConnectionAnswersNothingUntilRestored()
+    {
+        FreshSimulator sim;
+        kelplugin::setControllerBackend(&sim);
+        QSignalSpy restored(
+            &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
 
-    FreshSimulator sim;
-    QCOMPARE(sim.addCurrentPoint(name, overwrite, tool, "wobj0"), accepted);
-    QCOMPARE(sim.getPointNameList().size(), pointCount);
-}
+        sim.setConnected(false);
+        QVERIFY(send(sim, "set_weld_red_light", true).isEmpty());
+        QVERIFY(!sim.isRedLightOn());
+        QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isUndefined());
+        QCOMPARE(restored.count(), 0);
 
-void TestControllerSimulator::lists_data()
-{
-    QTest::addColumn<int>("portsPerType");
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<bool>("connected");
-    QTest::addColumn<QStringList>("expected");
+        sim.setConnected(true);
+        QCOMPARE(restored.count(), 1);
+        QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isObject());
+        kelplugin::setControllerBackend(nullptr);
+    }
 
-    QStringList outputs;
-    for (int i = 1; i <= 32; ++i)
-        outputs.append(QStringLiteral("DO%1").arg(i));
-    QTest::newRow("default digital outputs") << -1 << "DO" << true << outputs;
-    QTest::newRow("uniform group inputs") << 3 << "GI" << true << QStringList {"GI1", "GI2", "GI3"};
-    QTest::newRow("unknown type") << 3 << "XO" << true << QStringList {};
-    QTest::newRow("disconnected") << 3 << "DI" << false << QStringList {};
-}
+    void addCurrentPoint_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("overwrite");
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<int>("pointCount");
 
-void TestControllerSimulator::lists()
-{
-    QFETCH(int, portsPerType);
-    QFETCH(QString, type);
-    QFETCH(bool, connected);
-    QFETCH(QStringList, expected);
+        QTest::newRow("new name") << "pWeld1" << false << "tool1" << true << 4;
+        QTest::newRow("duplicate") << "p20" << false << "tool0" << false << 3;
+        QTest::newRow("duplicate overwritten") << "p20" << true << "tool0" << true << 3;
+        QTest::newRow("not an identifier") << "1p" << false << "tool0" << false << 3;
+        QTest::newRow("unknown tool") << "p99" << false << "tool7" << false << 3;
+    }
 
-    FreshSimulator sim;
-    if (portsPerType >= 0)
-        sim.setIoLayout(kelcontroller::IoLayout::uniform(portsPerType));
-    sim.setConnected(connected);
-    QCOMPARE(sim.getIOByType(type), expected);
-    QCOMPARE(sim.getRegisterHash().value("R").size(), connected ? 32 : 0);
-}
+    void addCurrentPoint()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, overwrite);
+        QFETCH(QString, tool);
+        QFETCH(bool, accepted);
+        QFETCH(int, pointCount);
+
+        FreshSimulator sim;
+        QCOMPARE(sim.addCurrentPoint(name, overwrite, tool, "wobj0"), accepted);
+        QCOMPARE(sim.getPointNameList().size(), pointCount);
+    }
+
+    void lists_data()
+    {
+        QTest::addColumn<int>("portsPerType");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<bool>("connected");
+        QTest::addColumn<QStringList>("expected");
+
+        QStringList outputs;
+        for (int i = 1; i <= 32; ++i)
+            outputs.append(QStringLiteral("DO%1").arg(i));
+        QTest::newRow("default digital outputs") << -1 << "DO" << true << outputs;
+        QTest::newRow("uniform group inputs")
+            << 3 << "GI" << true << QStringList {"GI1", "GI2", "GI3"};
+        QTest::newRow("unknown type") << 3 << "XO" << true << QStringList {};
+        QTest::newRow("disconnected") << 3 << "DI" << false << QStringList {};
+    }
+
+    void lists()
+    {
+        QFETCH(int, portsPerType);
+        QFETCH(QString, type);
+        QFETCH(bool, connected);
+        QFETCH(QStringList, expected);
+
+        FreshSimulator sim;
+        if (portsPerType >= 0)
+            sim.setIoLayout(kelcontroller::IoLayout::uniform(portsPerType));
+        sim.setConnected(connected);
+        QCOMPARE(sim.getIOByType(type), expected);
+        QCOMPARE(sim.getRegisterHash().value("R").size(), connected ? 32 : 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestControllerSimulator)
 #include "tst_controllersimulator.moc"

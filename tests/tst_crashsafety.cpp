@@ -71,78 +71,77 @@ class TestCrashSafety : public QObject
     Q_OBJECT
 
 private slots:
-    void killedWriterLeavesOldOrNewFile_data();
-    void killedWriterLeavesOldOrNewFile();
-};
+    void killedWriterLeavesOldOrNewFile_data()
+    {
+        QTest::addColumn<int>("minDelayUs");
+        QTest::addColumn<int>("maxDelayUs");
+        QTest::addColumn<int>("kills");
 
-void TestCrashSafety::killedWriterLeavesOldOrNewFile_data()
-{
-    QTest::addColumn<int>("minDelayUs");
-    QTest::addColumn<int>("maxDelayUs");
-    QTest::addColumn<int>("kills");
-
-    // One write of the whole file takes about a millisecond; the bands put the kill before
-    // the first write, inside single writes, and after runs of writes.
-    QTest::newRow("right after start") << 0 << 200 << 8;
-    QTest::newRow("within the first writes") << 200 << 3000 << 16;
-    QTest::newRow("after many writes") << 3000 << 40000 << 12;
-}
-
-void TestCrashSafety::killedWriterLeavesOldOrNewFile()
-{
-    QFETCH(int, minDelayUs);
-    QFETCH(int, maxDelayUs);
-    QFETCH(int, kills);
-
-    const QString childPath = QCoreApplication::applicationDirPath() + "/kel_savechild";
-    QVERIFY2(QFile::exists(childPath), qPrintable(childPath));
-    QTemporaryDir dataDir;
-    QVERIFY(dataDir.isValid());
-    const QString dataFile = QDir(dataDir.path()).filePath("kelcontroller.json");
-    // A fixed seed per row keeps a failure repeatable.
-    QRandomGenerator random(quint32(minDelayUs * 7919 + maxDelayUs));
-
-    int lastAccepted = 0;
-    for (int kill = 0; kill < kills; ++kill) {
-        QProcess child;
-        child.setProcessChannelMode(QProcess::SeparateChannels);
-        child.start(childPath, {dataDir.path()});
-        QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
-        QVERIFY(child.waitForReadyRead(20000));
-        const QString start = QString::fromLatin1(child.readLine()).trimmed();
-        // The restarted controller reads back what was on disk, without a repair.
-        QCOMPARE(start, QStringLiteral("start %1").arg(kill == 0 ? 0 : lastAccepted));
-
-        const int delay = minDelayUs + int(random.bounded(quint32(maxDelayUs - minDelayUs)));
-        QThread::usleep(ulong(delay));
-        // QProcess::kill sends SIGKILL: no handler, no flush, no clean-up.
-        child.kill();
-        QVERIFY(child.waitForFinished(20000));
-        QCOMPARE(child.exitStatus(), QProcess::CrashExit);
-
-        const QStringList lines = outputLines(child);
-        const int reported = lines.isEmpty() ? lastAccepted : lines.constLast().toInt();
-        const QByteArray stderrText = child.readAllStandardError();
-        QVERIFY2(stderrText.isEmpty(), stderrText.constData());
-
-        QString why;
-        const int generation = fileGeneration(dataFile, &why);
-        if (generation < 0 && reported == 0 && !QFile::exists(dataFile))
-            continue; // killed before the first write: no file yet is the old state
-        QVERIFY2(generation >= 0,
-            qPrintable(QStringLiteral("kill %1 after %2 us: %3").arg(kill).arg(delay).arg(why)));
-        // Either the last write the child saw accepted, or the one it was inside of.
-        QVERIFY2(generation == reported || generation == reported + 1,
-            qPrintable(
-                QStringLiteral("file holds %1, child reported %2").arg(generation).arg(reported)));
-        lastAccepted = generation;
+        // One write of the whole file takes about a millisecond; the bands put the kill before
+        // the first write, inside single writes, and after runs of writes.
+        QTest::newRow("right after start") << 0 << 200 << 8;
+        QTest::newRow("within the first writes") << 200 << 3000 << 16;
+        QTest::newRow("after many writes") << 3000 << 40000 << 12;
     }
 
-    const QStringList corrupt = QDir(dataDir.path()).entryList({"*.corrupt-*"}, QDir::Files);
-    QVERIFY2(corrupt.isEmpty(), qPrintable(corrupt.join(' ')));
-    kelcontroller::ControllerSimulator reopened(dataDir.path());
-    QVERIFY2(reopened.lastError().isEmpty(), qPrintable(reopened.lastError()));
-}
+    void killedWriterLeavesOldOrNewFile()
+    {
+        QFETCH(int, minDelayUs);
+        QFETCH(int, maxDelayUs);
+        QFETCH(int, kills);
+
+        const QString childPath = QCoreApplication::applicationDirPath() + "/kel_savechild";
+        QVERIFY2(QFile::exists(childPath), qPrintable(childPath));
+        QTemporaryDir dataDir;
+        QVERIFY(dataDir.isValid());
+        const QString dataFile = QDir(dataDir.path()).filePath("kelcontroller.json");
+        // A fixed seed per row keeps a failure repeatable.
+        QRandomGenerator random(quint32(minDelayUs * 7919 + maxDelayUs));
+
+        int lastAccepted = 0;
+        for (int kill = 0; kill < kills; ++kill) {
+            QProcess child;
+            child.setProcessChannelMode(QProcess::SeparateChannels);
+            child.start(childPath, {dataDir.path()});
+            QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
+            QVERIFY(child.waitForReadyRead(20000));
+            const QString start = QString::fromLatin1(child.readLine()).trimmed();
+            // The restarted controller reads back what was on disk, without a repair.
+            QCOMPARE(start, QStringLiteral("start %1").arg(kill == 0 ? 0 : lastAccepted));
+
+            const int delay = minDelayUs + int(random.bounded(quint32(maxDelayUs - minDelayUs)));
+            QThread::usleep(ulong(delay));
+            // QProcess::kill sends SIGKILL: no handler, no flush, no clean-up.
+            child.kill();
+            QVERIFY(child.waitForFinished(20000));
+            QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+
+            const QStringList lines = outputLines(child);
+            const int reported = lines.isEmpty() ? lastAccepted : lines.constLast().toInt();
+            const QByteArray stderrText = child.readAllStandardError();
+            QVERIFY2(stderrText.isEmpty(), stderrText.constData());
+
+            QString why;
+            const int generation = fileGeneration(dataFile, &why);
+            if (generation < 0 && reported == 0 && !QFile::exists(dataFile))
+                continue; // killed before the first write: no file yet is the old state
+            QVERIFY2(generation >= 0,
+                qPrintable(
+                    QStringLiteral("kill %1 after %2 us: %3").arg(kill).arg(delay).arg(why)));
+            // Either the last write the child saw accepted, or the one it was inside of.
+            QVERIFY2(generation == reported || generation == reported + 1,
+                qPrintable(QStringLiteral("file holds %1, child reported %2")
+                               .arg(generation)
+                               .arg(reported)));
+            lastAccepted = generation;
+        }
+
+        const QStringList corrupt = QDir(dataDir.path()).entryList({"*.corrupt-*"}, QDir::Files);
+        QVERIFY2(corrupt.isEmpty(), qPrintable(corrupt.join(' ')));
+        kelcontroller::ControllerSimulator reopened(dataDir.path());
+        QVERIFY2(reopened.lastError().isEmpty(), qPrintable(reopened.lastError()));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestCrashSafety)
 #include "tst_crashsafety.moc"

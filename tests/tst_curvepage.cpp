@@ -105,448 +105,433 @@ private slots:
     void initTestCase() { testenv::initPluginResources(); }
     void init() { testenv::resetLogFile(); }
 
-    void badTableStopsCompute_data();
-    void badTableStopsCompute();
-    void nodeCountChangeWipesTheTab();
-    void recordLoading_data();
-    void recordLoading();
-    void portLookup_data();
-    void portLookup();
-    void axisChoice_data();
-    void axisChoice();
-    void fitFromReply_data();
-    void fitFromReply();
-    void saveSendsTheTabsCommand_data();
-    void saveSendsTheTabsCommand();
-    void cancelReloadsAndRecomputesOnlyDrawnTab_data();
-    void cancelReloadsAndRecomputesOnlyDrawnTab();
-    void showRecomputesChartsWithALine();
-    void nodeOffTheLineStandsOutAfterCompute();
-    void editLock_data();
-    void editLock();
-    void savedTableComesBackFromTheSimulator();
-};
-
-void TestCurvePage::badTableStopsCompute_data()
-{
-    QTest::addColumn<QByteArray>("powerNodes");
-    QTest::addColumn<QString>("message");
-
-    const QString order = QStringLiteral("1|The data in line %1 must be greater than the data in "
-                                         "row %2!");
-    QTest::newRow("equal raw values") << QByteArray("[[5, 10], [5, 20]]") << order.arg(2).arg(1);
-    QTest::newRow("equal physical values")
-        << QByteArray("[[5, 10], [6, 10]]") << order.arg(2).arg(1);
-    QTest::newRow("only the first bad row is named")
-        << QByteArray("[[1, 1], [2, 2], [2, 3], [1, 1]]") << order.arg(3).arg(2);
-    // The combo cannot make a one-row table, but a record with node count 1 does.
-    const QString twoRows
-        = QStringLiteral("1|Validation failed,The table requires at least two rows of data!");
-    QTest::newRow("one row from the record") << QByteArray("[[1, 10]]") << twoRows;
-}
-
-void TestCurvePage::badTableStopsCompute()
-{
-    QFETCH(QByteArray, powerNodes);
-    QFETCH(QString, message);
-    const QByteArray record
-        = "{\"laser_power_node\": " + QByteArray::number(json(powerNodes).toArray().size())
-        + ", \"power_nodes_data\": " + powerNodes + "}";
-    PageUnderTest t(json(record.constData()));
-    t.show();
-
-    t.click("pushButton_compute");
-    t.click("pushButton_Save_laserpower");
-
-    QCOMPARE(testenv::shownMessages(t.shell), QStringList({message, message}));
-    QVERIFY(t.controller.sent.isEmpty());
-    QVERIFY(!t.child<CustomChart>("Chart_laserpower")->hasLine());
-}
-
-void TestCurvePage::nodeCountChangeWipesTheTab()
-{
-    PageUnderTest t;
-    t.show();
-
-    t.child<QComboBox>("comboBox_node_3")->setCurrentIndex(3);
-
-    QCOMPARE(tableRows(t.table("tableWidget_frequency")),
-        QStringList({"1:0.00,0", "2:0.00,0", "3:0.00,0", "4:0.00,0", "5:0.00,0"}));
-    QCOMPARE(tableRows(t.table("tableWidget_feedspeed")), QStringList({"1:0.00,0", "2:50.00,100"}));
-    QVERIFY(t.controller.sent.isEmpty());
-}
-
-void TestCurvePage::recordLoading_data()
-{
-    QTest::addColumn<QByteArray>("record");
-    QTest::addColumn<QString>("tableName");
-    QTest::addColumn<QStringList>("rows");
-    QTest::addColumn<int>("comboIndex");
-
-    const QStringList untouched {"1:0.00,0", "2:0.00,0"};
-    QTest::newRow("duty cycle short array pads with the spin minimum")
-        << QByteArray(R"({"laser_power_node": 2, "laser_dutycycle_node": 5,
-            "dutycycle_nodes_data": [[1.5, 10], [2, 20], [3, 30]]})")
-        << "tableWidget_dutycycle"
-        << QStringList {"1:1.50,10", "2:2.00,20", "3:3.00,30", "4:0.00,1", "5:0.00,1"} << 3;
-    QTest::newRow("node count 1 ignores the second row")
-        << QByteArray(R"({"laser_power_node": 1, "power_nodes_data": [[1, 10], [2, 20]]})")
-        << "tableWidget_laserpower" << QStringList {"1:1.00,10"} << -1;
-    QTest::newRow("no power node count loads nothing")
-        << QByteArray(R"({"power_nodes_data": [[1, 10], [2, 20]], "laser_feed_node": 3,
-            "feed_nodes_data": [[1, 1], [2, 2], [3, 3]]})")
-        << "tableWidget_feedspeed" << untouched << 0;
-    QTest::newRow("not an object loads nothing")
-        << QByteArray(R"([1, 2])") << "tableWidget_laserpower" << untouched << 0;
-    QTest::newRow("fractional physical is truncated, raw clamped")
-        << QByteArray(R"({"laser_power_node": 2, "power_nodes_data": [[70000, 9.9], [-3, -2]]})")
-        << "tableWidget_laserpower" << QStringList {"1:65535.99,9", "2:0.00,0"} << 0;
-    QTest::newRow("wrong types read as zero")
-        << QByteArray(R"({"laser_power_node": 2, "power_nodes_data": ["x", [true, "7"]]})")
-        << "tableWidget_laserpower" << QStringList {"1:0.00,0", "2:0.00,0"} << 0;
-    const QStringList tenRows {"1:0.00,0", "2:0.00,0", "3:0.00,0", "4:0.00,0", "5:0.00,0",
-        "6:0.00,0", "7:0.00,0", "8:0.00,0", "9:0.00,0", "10:0.00,0"};
-    QTest::newRow("ten nodes, the most the combo offers")
-        << QByteArray(R"({"laser_power_node": 10, "power_nodes_data": []})")
-        << "tableWidget_laserpower" << tenRows << 8;
-    QTest::newRow("huge node count is capped at ten rows")
-        << QByteArray(R"({"laser_power_node": 1e300, "power_nodes_data": []})")
-        << "tableWidget_laserpower" << tenRows << -1;
-}
-
-void TestCurvePage::recordLoading()
-{
-    QFETCH(QByteArray, record);
-    QFETCH(QString, tableName);
-    QFETCH(QStringList, rows);
-    QFETCH(int, comboIndex);
-    PageUnderTest t(json(record.constData()));
-
-    t.show();
-
-    const auto *table = t.page.findChild<QTableWidget *>(tableName);
-    QCOMPARE(tableRows(table), rows);
-    const QComboBox *combo
-        = qobject_cast<QComboBox *>(table->parentWidget()->findChild<QComboBox *>());
-    QVERIFY(combo);
-    QCOMPARE(combo->currentIndex(), comboIndex);
-    QVERIFY(t.controller.sent.isEmpty());
-    QVERIFY(t.shell.messages.isEmpty());
-}
-
-void TestCurvePage::portLookup_data()
-{
-    QTest::addColumn<QByteArray>("io");
-    QTest::addColumn<QStringList>("headers");
-    QTest::addColumn<QList<bool>>("tabsEnabled");
-
-    const QString none = QStringLiteral("Not configured");
-    QTest::newRow("all ports assigned")
-        << QByteArray(kAllPortsIo) << QStringList {"GO1", "AO2", "GO3", "AO4"}
-        << QList<bool> {true, true, true, true};
-    QTest::newRow("port switched off or without its switch")
-        << QByteArray(R"({"power_enabled": false, "power_port": "GO1",
-            "wire_speed_enabled": true, "wire_speed_port": "AO2", "frequency_port": "GO3"})")
-        << QStringList {none, "AO2", none, none} << QList<bool> {false, true, false, false};
-    QTest::newRow("null or missing port")
-        << QByteArray(R"({"power_enabled": true, "power_port": null, "frequency_enabled": true,
-            "duty_cycle_enabled": true, "duty_cycle_port": ""})")
-        << QStringList {none, none, none, ""} << QList<bool> {false, false, false, true};
-    QTest::newRow("record that is not an object")
-        << QByteArray(R"([])") << QStringList {"GO/AO/Reg", "GO/AO/Reg", "GO/AO/Reg", "GO/AO/Reg"}
-        << QList<bool> {true, true, true, true};
-}
-
-void TestCurvePage::portLookup()
-{
-    QFETCH(QByteArray, io);
-    QFETCH(QStringList, headers);
-    QFETCH(QList<bool>, tabsEnabled);
-    PageUnderTest t(json(kFullCurves), json(io.constData()));
-
-    t.show();
-
-    const char *tables[] = {"tableWidget_laserpower", "tableWidget_feedspeed",
-        "tableWidget_frequency", "tableWidget_dutycycle"};
-    const char *tabs[] = {"laserpower", "feedspeed", "frequency", "dutycycle"};
-    for (int i = 0; i < 4; ++i) {
-        QCOMPARE(t.table(tables[i])->horizontalHeaderItem(1)->text(), headers.at(i));
-        QCOMPARE(t.child<QWidget>(tabs[i])->isEnabled(), tabsEnabled.at(i));
-    }
-}
-
-void TestCurvePage::axisChoice_data()
-{
-    QTest::addColumn<QVector<QPointF>>("points");
-    QTest::addColumn<QVector<int>>("axes"); // xMin, xMax, xStep, yMin, yMax, yStep
-
-    QTest::newRow("inside the start ranges")
-        << QVector<QPointF> {{0, 0}, {10, 5}} << QVector<int> {0, 10, 2, 0, 5, 1};
-    QTest::newRow("just over the start ranges")
-        << QVector<QPointF> {{10.5, 5.5}} << QVector<int> {0, 11, 6, 0, 6, 1};
-    QTest::newRow("steps follow the last growth")
-        << QVector<QPointF> {{1, 8}, {2, 60}, {3, 7}} << QVector<int> {0, 10, 2, 0, 61, 16};
-    QTest::newRow("exact power of ten")
-        << QVector<QPointF> {{99, 999}} << QVector<int> {0, 100, 40, 0, 1000, 400};
-    QTest::newRow("negative physical lowers y only")
-        << QVector<QPointF> {{-5, -3.5}} << QVector<int> {0, 10, 2, -4, 5, 1};
-    QTest::newRow("non-finite values stay bounded")
-        << QVector<QPointF> {{std::numeric_limits<double>::quiet_NaN(),
-               std::numeric_limits<double>::infinity()}}
-        << QVector<int> {0, 10, 2, 0, 1000000000, 400000000};
-}
-
-void TestCurvePage::axisChoice()
-{
-    QFETCH(QVector<QPointF>, points);
-    QFETCH(QVector<int>, axes);
-
-    const CurveAxes chosen = CurveAxes::choose(points);
-
-    QCOMPARE((QVector<int> {
-                 chosen.xMin, chosen.xMax, chosen.xStep, chosen.yMin, chosen.yMax, chosen.yStep}),
-        axes);
-}
-
-void TestCurvePage::fitFromReply_data()
-{
-    QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<double>("slope");
-    QTest::addColumn<double>("intercept");
-
-    QTest::newRow("last element wins")
-        << QByteArray(R"([{"kellaserweld": {"compute_curve_config": {"slope": 1, "intercept": 1}}},
-            {"kellaserweld": {"compute_curve_config": {"slope": 3, "intercept": 4}}}])")
-        << 3.0 << 4.0;
-    QTest::newRow("last element without a fit reads zero") << QByteArray(
-        R"([{"kellaserweld": {"compute_curve_config": {"slope": 1, "intercept": 1}}},
-            {"kellaserweld": {"other": {}}}])") << 0.0 << 0.0;
-    QTest::newRow("elements of the wrong shape")
-        << QByteArray(R"([1, "x", null, {"kellaserweld": []}])") << 0.0 << 0.0;
-}
-
-void TestCurvePage::fitFromReply()
-{
-    QFETCH(QByteArray, reply);
-    QFETCH(double, slope);
-    QFETCH(double, intercept);
-
-    const auto fit = CharacteristicsCurvePage::fitFromReply(json(reply.constData()).toArray());
-
-    QCOMPARE(fit.slope, slope);
-    QCOMPARE(fit.intercept, intercept);
-}
-
-void TestCurvePage::saveSendsTheTabsCommand_data()
-{
-    QTest::addColumn<QByteArray>("saveButton");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QStringList>("curveKeys");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<QStringList>("logs");
-
-    const QStringList saved {"0|Saved successfully"};
-    QTest::newRow("power") << QByteArray("pushButton_Save_laserpower")
-                           << "set_weld_curve_power_config"
-                           << QStringList {"laser_power_node", "power_nodes_data"} << 0 << saved
-                           << QStringList();
-    QTest::newRow("feed speed") << QByteArray("pushButton_Save_speed")
-                                << "set_weld_curve_feed_config"
-                                << QStringList {"laser_feed_node", "feed_nodes_data"} << 0 << saved
-                                << QStringList();
-    QTest::newRow("frequency") << QByteArray("pushButton_Save_frequency")
-                               << "set_weld_curve_frequency_config"
-                               << QStringList {"laser_frequency_node", "frequency_nodes_data"} << 0
-                               << saved << QStringList();
-    QTest::newRow("duty cycle refused")
-        << QByteArray("pushButton_Save_dutycycle") << "set_weld_curve_dutycycle_config"
-        << QStringList {"laser_dutycycle_node", "dutycycle_nodes_data"} << 4
-        << QStringList {"2|Save failed. Please check the parameter configuration."}
-        << QStringList {"E|CharacteristicsCurvePage::checkSaveResult failed.  "
-                        "set_weld_curve_dutycycle_config  Result: 4"};
-}
-
-void TestCurvePage::saveSendsTheTabsCommand()
-{
-    QFETCH(QByteArray, saveButton);
-    QFETCH(QString, command);
-    QFETCH(QStringList, curveKeys);
-    QFETCH(int, code);
-    QFETCH(QStringList, messages);
-    QFETCH(QStringList, logs);
-    PageUnderTest t;
-    t.show();
-    t.controller.repliesByCommand.insert(command, ScriptedController::reply(command, code));
-
-    t.click(saveButton.constData());
-
-    // The tab's own curve, as loaded, goes to the fit and then to the save.
-    const QJsonObject all = json(kFullCurves).toObject();
-    const QJsonValue curve = QJsonObject {{curveKeys.at(0), all.value(curveKeys.at(0))},
-        {curveKeys.at(1), all.value(curveKeys.at(1))}};
-    QCOMPARE(t.controller.sentCommands(), QStringList({"compute_curve_config", command}));
-    QCOMPARE(t.controller.sent.at(0).sender, &t.page);
-    QCOMPARE(t.controller.sent.at(0).value, curve);
-    QCOMPARE(t.controller.sent.at(1).value, curve);
-    QCOMPARE(testenv::shownMessages(t.shell), messages);
-    QCOMPARE(testenv::logTexts().filter(QStringLiteral("E|")), logs);
-}
-
-void TestCurvePage::cancelReloadsAndRecomputesOnlyDrawnTab_data()
-{
-    QTest::addColumn<bool>("drawnBefore");
-    QTest::addColumn<QStringList>("commands");
-
-    QTest::newRow("tab without a line") << false << QStringList();
-    QTest::newRow("tab with a line") << true << QStringList {"compute_curve_config"};
-}
-
-void TestCurvePage::cancelReloadsAndRecomputesOnlyDrawnTab()
-{
-    QFETCH(bool, drawnBefore);
-    QFETCH(QStringList, commands);
-    PageUnderTest t;
-    t.show();
-    t.click("pushButton_compute_5"); // the feed chart has a line and must be left alone
-    if (drawnBefore)
-        t.click("pushButton_compute_2");
-    setNode(t.table("tableWidget_frequency"), 0, 9, 99);
-    setNode(t.table("tableWidget_feedspeed"), 0, 9, 99);
-    t.controller.clearSent();
-    t.shell.clear();
-
-    t.click("pushButton_cancel_2");
-
-    QCOMPARE(t.controller.sentCommands(), commands);
-    if (drawnBefore)
-        QCOMPARE(t.controller.sent.first().value.toObject().keys(),
-            QStringList({"frequency_nodes_data", "laser_frequency_node"}));
-    QCOMPARE(tableRows(t.table("tableWidget_frequency")), QStringList({"1:1.00,10", "2:2.00,20"}));
-    // Cancel reloads every tab, not only its own.
-    QCOMPARE(tableRows(t.table("tableWidget_feedspeed")), QStringList({"1:0.00,0", "2:50.00,100"}));
-    QCOMPARE(testenv::shownMessages(t.shell), QStringList {"0|Cancel successful"});
-}
-
-void TestCurvePage::showRecomputesChartsWithALine()
-{
-    PageUnderTest t;
-    t.show();
-    QVERIFY(t.controller.sent.isEmpty()); // nothing is computed on the first show
-    t.controller.repliesByCommand.insert("compute_curve_config",
-        json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 3, "intercept": 4}}}])")
-            .toArray());
-    t.click("pushButton_compute_3");
-    t.click("pushButton_compute");
-    t.page.hide();
-    t.controller.clearSent();
-
-    t.page.show();
-
-    QCOMPARE(
-        t.controller.sentCommands(), QStringList({"compute_curve_config", "compute_curve_config"}));
-    QVERIFY(t.controller.sent.at(0).value.toObject().contains(QStringLiteral("laser_power_node")));
-    QVERIFY(
-        t.controller.sent.at(1).value.toObject().contains(QStringLiteral("laser_dutycycle_node")));
-    const auto *chart = t.child<CustomChart>("Chart_dutycycle");
-    QCOMPARE(QPair(chart->slope(), chart->intercept()), QPair(3.0, 4.0));
-}
-
-void TestCurvePage::nodeOffTheLineStandsOutAfterCompute()
-{
-    PageUnderTest t;
-    t.show();
-    t.controller.repliesByCommand.insert("compute_curve_config",
-        json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 15, "intercept": 0}}}])")
-            .toArray());
-    QTableWidget *table = t.table("tableWidget_laserpower");
-    const auto *chart = t.child<CustomChart>("Chart_laserpower");
-    const auto *fit = t.child<QLabel>("label_fit_laserpower");
-    // Node 3 typed 10 % above the line through 0 W and 3000 W at 200.
-    setNode(table, 2, 200, 3300);
-
-    t.click("pushButton_compute");
-
-    QCOMPARE(table->item(2, 3)->text(), QStringLiteral("300.0 W (10.0 %)"));
-    QCOMPARE(table->item(1, 3)->text(), QStringLiteral("-7.5 W (-0.5 %)"));
-    QCOMPARE(table->item(0, 3)->text(), QStringLiteral("0.0 W"));
-    QVERIFY(table->item(2, 0)->background() != table->item(1, 0)->background());
-    QCOMPARE(chart->fitMark(), 2);
-    QCOMPARE(
-        fit->text(), QStringLiteral("R² = 0.9835 · largest deviation: node 3, 300.0 W (10.0 %)"));
-
-    // A changed node makes the figures stale: they go until the next compute.
-    setNode(table, 2, 200, 3000);
-    QVERIFY(!table->item(2, 3));
-    QCOMPARE(chart->fitMark(), -1);
-    QVERIFY(fit->text().isEmpty());
-
-    t.controller.repliesByCommand.insert("compute_curve_config", QJsonArray());
-    t.click("pushButton_compute");
-    QCOMPARE(fit->text(), QStringLiteral("No fitted line: the nodes' deviations cannot be shown."));
-}
-
-void TestCurvePage::editLock_data()
-{
-    QTest::addColumn<int>("mainSwitch"); // -1: no settings page
-    QTest::addColumn<bool>("enabled");
-
-    QTest::newRow("switch off") << 0 << true;
-    QTest::newRow("switch on") << 1 << false;
-    QTest::newRow("settings page gone counts as off") << -1 << true;
-}
-
-void TestCurvePage::editLock()
-{
-    QFETCH(int, mainSwitch);
-    QFETCH(bool, enabled);
-    ScriptedController controller;
-    RecordingShell shell;
-    auto *settings = new WeldSettingPage;
-    settings->loadRecord(QJsonObject {{QStringLiteral("laser_main_enable"), mainSwitch == 1}});
-    CharacteristicsCurvePage page(settings);
-    if (mainSwitch < 0)
-        delete settings;
-
-    page.show();
-
-    QCOMPARE(page.isEnabled(), enabled);
-    if (mainSwitch >= 0)
-        delete settings;
-}
-
-void TestCurvePage::savedTableComesBackFromTheSimulator()
-{
-    QTemporaryDir dir;
-    kelcontroller::ControllerSimulator sim(dir.path());
-    kelplugin::setControllerBackend(&sim);
-    RecordingShell shell;
-    QJsonObject io = sim.record("weld_io_config");
-    io.insert("power_enabled", true);
-    sim.commandCustomData(nullptr, "kellaserweld", QJsonObject {{"set_weld_io_config", io}});
+    void badTableStopsCompute_data()
     {
-        CharacteristicsCurvePage page(nullptr);
-        page.show();
-        auto *table = page.findChild<QTableWidget *>(QStringLiteral("tableWidget_laserpower"));
-        page.findChild<QComboBox *>(QStringLiteral("comboBox_node"))->setCurrentIndex(1);
-        setNode(table, 0, 0, 0);
-        setNode(table, 1, 5.25, 2000);
-        setNode(table, 2, 10, 6000);
+        QTest::addColumn<QByteArray>("powerNodes");
+        QTest::addColumn<QString>("message");
 
-        page.findChild<QPushButton *>(QStringLiteral("pushButton_Save_laserpower"))->click();
-
-        QCOMPARE(testenv::shownMessages(shell), QStringList {"0|Saved successfully"});
-        const QJsonObject stored = sim.record("weld_curve_config");
-        QCOMPARE(stored.value("laser_power_node"), QJsonValue(3));
-        QCOMPARE(stored.value("power_nodes_data"), json("[[0, 0], [5.25, 2000], [10, 6000]]"));
-        QVERIFY(page.findChild<CustomChart *>(QStringLiteral("Chart_laserpower"))->hasLine());
-
-        setNode(table, 1, 6, 100);
-        page.findChild<QPushButton *>(QStringLiteral("pushButton_cancel"))->click();
-        QCOMPARE(tableRows(table), QStringList({"1:0.00,0", "2:5.25,2000", "3:10.00,6000"}));
+        const QString order
+            = QStringLiteral("1|The data in line %1 must be greater than the data in "
+                             "row %2!");
+        QTest::newRow("equal raw values")
+            << QByteArray("[[5, 10], [5, 20]]") << order.arg(2).arg(1);
+        QTest::newRow("equal physical values")
+            << QByteArray("[[5, 10], [6, 10]]") << order.arg(2).arg(1);
+        QTest::newRow("only the first bad row is named")
+            << QByteArray("[[1, 1], [2, 2], [2, 3], [1, 1]]") << order.arg(3).arg(2);
+        // The combo cannot make a one-row table, but a record with node count 1 does.
+        const QString twoRows
+            = QStringLiteral("1|Validation failed,The table requires at least two rows of data!");
+        QTest::newRow("one row from the record") << QByteArray("[[1, 10]]") << twoRows;
     }
-    kelplugin::setControllerBackend(nullptr);
-}
+
+    void badTableStopsCompute()
+    {
+        QFETCH(QByteArray, powerNodes);
+        QFETCH(QString, message);
+        const QByteArray record
+            = "{\"laser_power_node\": " + QByteArray::number(json(powerNodes).toArray().size())
+            + ", \"power_nodes_data\": " + powerNodes + "}";
+        PageUnderTest t(json(record.constData()));
+        t.show();
+
+        t.click("pushButton_compute");
+        t.click("pushButton_Save_laserpower");
+
+        QCOMPARE(testenv::shownMessages(t.shell), QStringList({message, message}));
+        QVERIFY(t.controller.sent.isEmpty());
+        QVERIFY(!t.child<CustomChart>("Chart_laserpower")->hasLine());
+    }
+
+    void nodeCountChangeWipesTheTab()
+    {
+        PageUnderTest t;
+        t.show();
+
+        t.child<QComboBox>("comboBox_node_3")->setCurrentIndex(3);
+
+        QCOMPARE(tableRows(t.table("tableWidget_frequency")),
+            QStringList({"1:0.00,0", "2:0.00,0", "3:0.00,0", "4:0.00,0", "5:0.00,0"}));
+        QCOMPARE(
+            tableRows(t.table("tableWidget_feedspeed")), QStringList({"1:0.00,0", "2:50.00,100"}));
+        QVERIFY(t.controller.sent.isEmpty());
+    }
+
+    void recordLoading_data()
+    {
+        QTest::addColumn<QByteArray>("record");
+        QTest::addColumn<QString>("tableName");
+        QTest::addColumn<QStringList>("rows");
+        QTest::addColumn<int>("comboIndex");
+
+        const QStringList untouched {"1:0.00,0", "2:0.00,0"};
+        QTest::newRow("duty cycle short array pads with the spin minimum")
+            << QByteArray(R"({"laser_power_node": 2, "laser_dutycycle_node": 5,
+            "dutycycle_nodes_data": [[1.5, 10], [2, 20], [3, 30]]})")
+            << "tableWidget_dutycycle"
+            << QStringList {"1:1.50,10", "2:2.00,20", "3:3.00,30", "4:0.00,1", "5:0.00,1"} << 3;
+        QTest::newRow("node count 1 ignores the second row")
+            << QByteArray(R"({"laser_power_node": 1, "power_nodes_data": [[1, 10], [2, 20]]})")
+            << "tableWidget_laserpower" << QStringList {"1:1.00,10"} << -1;
+        QTest::newRow("no power node count loads nothing")
+            << QByteArray(R"({"power_nodes_data": [[1, 10], [2, 20]], "laser_feed_node": 3,
+            "feed_nodes_data": [[1, 1], [2, 2], [3, 3]]})")
+            << "tableWidget_feedspeed" << untouched << 0;
+        QTest::newRow("fractional physical is truncated, raw clamped")
+            << QByteArray(
+                   R"({"laser_power_node": 2, "power_nodes_data": [[70000, 9.9], [-3, -2]]})")
+            << "tableWidget_laserpower" << QStringList {"1:65535.99,9", "2:0.00,0"} << 0;
+        QTest::newRow("wrong types read as zero")
+            << QByteArray(R"({"laser_power_node": 2, "power_nodes_data": ["x", [true, "7"]]})")
+            << "tableWidget_laserpower" << QStringList {"1:0.00,0", "2:0.00,0"} << 0;
+        const QStringList tenRows {"1:0.00,0", "2:0.00,0", "3:0.00,0", "4:0.00,0", "5:0.00,0",
+            "6:0.00,0", "7:0.00,0", "8:0.00,0", "9:0.00,0", "10:0.00,0"};
+        QTest::newRow("ten nodes, the most the combo offers")
+            << QByteArray(R"({"laser_power_node": 10, "power_nodes_data": []})")
+            << "tableWidget_laserpower" << tenRows << 8;
+        QTest::newRow("huge node count is capped at ten rows")
+            << QByteArray(R"({"laser_power_node": 1e300, "power_nodes_data": []})")
+            << "tableWidget_laserpower" << tenRows << -1;
+    }
+
+    void recordLoading()
+    {
+        QFETCH(QByteArray, record);
+        QFETCH(QString, tableName);
+        QFETCH(QStringList, rows);
+        QFETCH(int, comboIndex);
+        PageUnderTest t(json(record.constData()));
+
+        t.show();
+
+        const auto *table = t.page.findChild<QTableWidget *>(tableName);
+        QCOMPARE(tableRows(table), rows);
+        const QComboBox *combo
+            = qobject_cast<QComboBox *>(table->parentWidget()->findChild<QComboBox *>());
+        QVERIFY(combo);
+        QCOMPARE(combo->currentIndex(), comboIndex);
+        QVERIFY(t.controller.sent.isEmpty());
+        QVERIFY(t.shell.messages.isEmpty());
+    }
+
+    void portLookup_data()
+    {
+        QTest::addColumn<QByteArray>("io");
+        QTest::addColumn<QStringList>("headers");
+        QTest::addColumn<QList<bool>>("tabsEnabled");
+
+        const QString none = QStringLiteral("Not configured");
+        QTest::newRow("all ports assigned")
+            << QByteArray(kAllPortsIo) << QStringList {"GO1", "AO2", "GO3", "AO4"}
+            << QList<bool> {true, true, true, true};
+        QTest::newRow("port switched off or without its switch")
+            << QByteArray(R"({"power_enabled": false, "power_port": "GO1",
+            "wire_speed_enabled": true, "wire_speed_port": "AO2", "frequency_port": "GO3"})")
+            << QStringList {none, "AO2", none, none} << QList<bool> {false, true, false, false};
+        QTest::newRow("null or missing port")
+            << QByteArray(R"({"power_enabled": true, "power_port": null, "frequency_enabled": true,
+            "duty_cycle_enabled": true, "duty_cycle_port": ""})")
+            << QStringList {none, none, none, ""} << QList<bool> {false, false, false, true};
+        QTest::newRow("record that is not an object")
+            << QByteArray(R"([])")
+            << QStringList {"GO/AO/Reg", "GO/AO/Reg", "GO/AO/Reg", "GO/AO/Reg"}
+            << QList<bool> {true, true, true, true};
+    }
+
+    void portLookup()
+    {
+        QFETCH(QByteArray, io);
+        QFETCH(QStringList, headers);
+        QFETCH(QList<bool>, tabsEnabled);
+        PageUnderTest t(json(kFullCurves), json(io.constData()));
+
+        t.show();
+
+        const char *tables[] = {"tableWidget_laserpower", "tableWidget_feedspeed",
+            "tableWidget_frequency", "tableWidget_dutycycle"};
+        const char *tabs[] = {"laserpower", "feedspeed", "frequency", "dutycycle"};
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(t.table(tables[i])->horizontalHeaderItem(1)->text(), headers.at(i));
+            QCOMPARE(t.child<QWidget>(tabs[i])->isEnabled(), tabsEnabled.at(i));
+        }
+    }
+
+    void axisChoice_data()
+    {
+        QTest::addColumn<QVector<QPointF>>("points");
+        QTest::addColumn<QVector<int>>("axes"); // xMin, xMax, xStep, yMin, yMax, yStep
+
+        QTest::newRow("inside the start ranges")
+            << QVector<QPointF> {{0, 0}, {10, 5}} << QVector<int> {0, 10, 2, 0, 5, 1};
+        QTest::newRow("just over the start ranges")
+            << QVector<QPointF> {{10.5, 5.5}} << QVector<int> {0, 11, 6, 0, 6, 1};
+        QTest::newRow("steps follow the last growth")
+            << QVector<QPointF> {{1, 8}, {2, 60}, {3, 7}} << QVector<int> {0, 10, 2, 0, 61, 16};
+        QTest::newRow("exact power of ten")
+            << QVector<QPointF> {{99, 999}} << QVector<int> {0, 100, 40, 0, 1000, 400};
+        QTest::newRow("negative physical lowers y only")
+            << QVector<QPointF> {{-5, -3.5}} << QVector<int> {0, 10, 2, -4, 5, 1};
+        QTest::newRow("non-finite values stay bounded")
+            << QVector<QPointF> {{std::numeric_limits<double>::quiet_NaN(),
+                   std::numeric_limits<double>::infinity()}}
+            << QVector<int> {0, 10, 2, 0, 1000000000, 400000000};
+    }
+
+    void axisChoice()
+    {
+        QFETCH(QVector<QPointF>, points);
+        QFETCH(QVector<int>, axes);
+
+        const CurveAxes chosen = CurveAxes::choose(points);
+
+        QCOMPARE((QVector<int> {chosen.xMin, chosen.xMax, chosen.xStep, chosen.yMin, chosen.yMax,
+                     chosen.yStep}),
+            axes);
+    }
+
+    void fitFromReply_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<double>("slope");
+        QTest::addColumn<double>("intercept");
+
+        QTest::newRow("last element wins") << QByteArray(
+            R"([{"kellaserweld": {"compute_curve_config": {"slope": 1, "intercept": 1}}},
+            {"kellaserweld": {"compute_curve_config": {"slope": 3, "intercept": 4}}}])")
+                                           << 3.0 << 4.0;
+        QTest::newRow("last element without a fit reads zero") << QByteArray(
+            R"([{"kellaserweld": {"compute_curve_config": {"slope": 1, "intercept": 1}}},
+            {"kellaserweld": {"other": {}}}])") << 0.0 << 0.0;
+        QTest::newRow("elements of the wrong shape")
+            << QByteArray(R"([1, "x", null, {"kellaserweld": []}])") << 0.0 << 0.0;
+    }
+
+    void fitFromReply()
+    {
+        QFETCH(QByteArray, reply);
+        QFETCH(double, slope);
+        QFETCH(double, intercept);
+
+        const auto fit = CharacteristicsCurvePage::fitFromReply(json(reply.constData()).toArray());
+
+        QCOMPARE(fit.slope, slope);
+        QCOMPARE(fit.intercept, intercept);
+    }
+
+    void saveSendsTheTabsCommand_data()
+    {
+        QTest::addColumn<QByteArray>("saveButton");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QStringList>("curveKeys");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<QStringList>("logs");
+
+        const QStringList saved {"0|Saved successfully"};
+        QTest::newRow("power") << QByteArray("pushButton_Save_laserpower")
+                               << "set_weld_curve_power_config"
+                               << QStringList {"laser_power_node", "power_nodes_data"} << 0 << saved
+                               << QStringList();
+        QTest::newRow("feed speed")
+            << QByteArray("pushButton_Save_speed") << "set_weld_curve_feed_config"
+            << QStringList {"laser_feed_node", "feed_nodes_data"} << 0 << saved << QStringList();
+        QTest::newRow("frequency")
+            << QByteArray("pushButton_Save_frequency") << "set_weld_curve_frequency_config"
+            << QStringList {"laser_frequency_node", "frequency_nodes_data"} << 0 << saved
+            << QStringList();
+        QTest::newRow("duty cycle refused")
+            << QByteArray("pushButton_Save_dutycycle") << "set_weld_curve_dutycycle_config"
+            << QStringList {"laser_dutycycle_node", "dutycycle_nodes_data"} << 4
+            << QStringList {"2|Save failed. Please check the parameter configuration."}
+            << QStringList {"E|CharacteristicsCurvePage::checkSaveResult failed.  "
+                            "set_weld_curve_dutycycle_config  Result: 4"};
+    }
+
+    void saveSendsTheTabsCommand()
+    {
+        QFETCH(QByteArray, saveButton);
+        QFETCH(QString, command);
+        QFETCH(QStringList, curveKeys);
+        QFETCH(int, code);
+        QFETCH(QStringList, messages);
+        QFETCH(QStringList, logs);
+        PageUnderTest t;
+        t.show();
+        t.controller.repliesByCommand.insert(command, ScriptedController::reply(command, code));
+
+        t.click(saveButton.constData());
+
+        // The tab's own curve, as loaded, goes to the fit and then to the save.
+        const QJsonObject all = json(kFullCurves).toObject();
+        const QJsonValue curve = QJsonObject {{curveKeys.at(0), all.value(curveKeys.at(0))},
+            {curveKeys.at(1), all.value(curveKeys.at(1))}};
+        QCOMPARE(t.controller.sentCommands(), QStringList({"compute_curve_config", command}));
+        QCOMPARE(t.controller.sent.at(0).sender, &t.page);
+        QCOMPARE(t.controller.sent.at(0).value, curve);
+        QCOMPARE(t.controller.sent.at(1).value, curve);
+        QCOMPARE(testenv::shownMessages(t.shell), messages);
+        QCOMPARE(testenv::logTexts().filter(QStringLiteral("E|")), logs);
+    }
+
+    void cancelReloadsAndRecomputesOnlyDrawnTab_data()
+    {
+        QTest::addColumn<bool>("drawnBefore");
+        QTest::addColumn<QStringList>("commands");
+
+        QTest::newRow("tab without a line") << false << QStringList();
+        QTest::newRow("tab with a line") << true << QStringList {"compute_curve_config"};
+    }
+
+    void cancelReloadsAndRecomputesOnlyDrawnTab()
+    {
+        QFETCH(bool, drawnBefore);
+        QFETCH(QStringList, commands);
+        PageUnderTest t;
+        t.show();
+        t.click("pushButton_compute_5"); // the feed chart has a line and must be left alone
+        if (drawnBefore)
+            t.click("pushButton_compute_2");
+        setNode(t.table("tableWidget_frequency"), 0, 9, 99);
+        setNode(t.table("tableWidget_feedspeed"), 0, 9, 99);
+        t.controller.clearSent();
+        t.shell.clear();
+
+        t.click("pushButton_cancel_2");
+
+        QCOMPARE(t.controller.sentCommands(), commands);
+        if (drawnBefore)
+            QCOMPARE(t.controller.sent.first().value.toObject().keys(),
+                QStringList({"frequency_nodes_data", "laser_frequency_node"}));
+        QCOMPARE(
+            tableRows(t.table("tableWidget_frequency")), QStringList({"1:1.00,10", "2:2.00,20"}));
+        // Cancel reloads every tab, not only its own.
+        QCOMPARE(
+            tableRows(t.table("tableWidget_feedspeed")), QStringList({"1:0.00,0", "2:50.00,100"}));
+        QCOMPARE(testenv::shownMessages(t.shell), QStringList {"0|Cancel successful"});
+    }
+
+    void showRecomputesChartsWithALine()
+    {
+        PageUnderTest t;
+        t.show();
+        QVERIFY(t.controller.sent.isEmpty()); // nothing is computed on the first show
+        t.controller.repliesByCommand.insert("compute_curve_config",
+            json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 3, "intercept": 4}}}])")
+                .toArray());
+        t.click("pushButton_compute_3");
+        t.click("pushButton_compute");
+        t.page.hide();
+        t.controller.clearSent();
+
+        t.page.show();
+
+        QCOMPARE(t.controller.sentCommands(),
+            QStringList({"compute_curve_config", "compute_curve_config"}));
+        QVERIFY(
+            t.controller.sent.at(0).value.toObject().contains(QStringLiteral("laser_power_node")));
+        QVERIFY(t.controller.sent.at(1).value.toObject().contains(
+            QStringLiteral("laser_dutycycle_node")));
+        const auto *chart = t.child<CustomChart>("Chart_dutycycle");
+        QCOMPARE(QPair(chart->slope(), chart->intercept()), QPair(3.0, 4.0));
+    }
+
+    void nodeOffTheLineStandsOutAfterCompute()
+    {
+        PageUnderTest t;
+        t.show();
+        t.controller.repliesByCommand.insert("compute_curve_config",
+            json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 15, "intercept": 0}}}])")
+                .toArray());
+        QTableWidget *table = t.table("tableWidget_laserpower");
+        const auto *chart = t.child<CustomChart>("Chart_laserpower");
+        const auto *fit = t.child<QLabel>("label_fit_laserpower");
+        // Node 3 typed 10 % above the line through 0 W and 3000 W at 200.
+        setNode(table, 2, 200, 3300);
+
+        t.click("pushButton_compute");
+
+        QCOMPARE(table->item(2, 3)->text(), QStringLiteral("300.0 W (10.0 %)"));
+        QCOMPARE(table->item(1, 3)->text(), QStringLiteral("-7.5 W (-0.5 %)"));
+        QCOMPARE(table->item(0, 3)->text(), QStringLiteral("0.0 W"));
+        QVERIFY(table->item(2, 0)->background() != table->item(1, 0)->background());
+        QCOMPARE(chart->fitMark(), 2);
+        QCOMPARE(fit->text(),
+            QStringLiteral("R² = 0.9835 · largest deviation: node 3, 300.0 W (10.0 %)"));
+
+        // A changed node makes the figures stale: they go until the next compute.
+        setNode(table, 2, 200, 3000);
+        QVERIFY(!table->item(2, 3));
+        QCOMPARE(chart->fitMark(), -1);
+        QVERIFY(fit->text().isEmpty());
+
+        t.controller.repliesByCommand.insert("compute_curve_config", QJsonArray());
+        t.click("pushButton_compute");
+        QCOMPARE(
+            fit->text(), QStringLiteral("No fitted line: the nodes' deviations cannot be shown."));
+    }
+
+    void editLock_data()
+    {
+        QTest::addColumn<int>("mainSwitch"); // -1: no settings page
+        QTest::addColumn<bool>("enabled");
+
+        QTest::newRow("switch off") << 0 << true;
+        QTest::newRow("switch on") << 1 << false;
+        QTest::newRow("settings page gone counts as off") << -1 << true;
+    }
+
+    void editLock()
+    {
+        QFETCH(int, mainSwitch);
+        QFETCH(bool, enabled);
+        ScriptedController controller;
+        RecordingShell shell;
+        auto *settings = new WeldSettingPage;
+        settings->loadRecord(QJsonObject {{QStringLiteral("laser_main_enable"), mainSwitch == 1}});
+        CharacteristicsCurvePage page(settings);
+        if (mainSwitch < 0)
+            delete settings;
+
+        page.show();
+
+        QCOMPARE(page.isEnabled(), enabled);
+        if (mainSwitch >= 0)
+            delete settings;
+    }
+
+    void savedTableComesBackFromTheSimulator()
+    {
+        QTemporaryDir dir;
+        kelcontroller::ControllerSimulator sim(dir.path());
+        kelplugin::setControllerBackend(&sim);
+        RecordingShell shell;
+        QJsonObject io = sim.record("weld_io_config");
+        io.insert("power_enabled", true);
+        sim.commandCustomData(nullptr, "kellaserweld", QJsonObject {{"set_weld_io_config", io}});
+        {
+            CharacteristicsCurvePage page(nullptr);
+            page.show();
+            auto *table = page.findChild<QTableWidget *>(QStringLiteral("tableWidget_laserpower"));
+            page.findChild<QComboBox *>(QStringLiteral("comboBox_node"))->setCurrentIndex(1);
+            setNode(table, 0, 0, 0);
+            setNode(table, 1, 5.25, 2000);
+            setNode(table, 2, 10, 6000);
+
+            page.findChild<QPushButton *>(QStringLiteral("pushButton_Save_laserpower"))->click();
+
+            QCOMPARE(testenv::shownMessages(shell), QStringList {"0|Saved successfully"});
+            const QJsonObject stored = sim.record("weld_curve_config");
+            QCOMPARE(stored.value("laser_power_node"), QJsonValue(3));
+            QCOMPARE(stored.value("power_nodes_data"), json("[[0, 0], [5.25, 2000], [10, 6000]]"));
+            QVERIFY(page.findChild<CustomChart *>(QStringLiteral("Chart_laserpower"))->hasLine());
+
+            setNode(table, 1, 6, 100);
+            page.findChild<QPushButton *>(QStringLiteral("pushButton_cancel"))->click();
+            QCOMPARE(tableRows(table), QStringList({"1:0.00,0", "2:5.25,2000", "3:10.00,6000"}));
+        }
+        kelplugin::setControllerBackend(nullptr);
+    }
+};
 
 QTEST_MAIN(TestCurvePage)
 #include "tst_curvepage.moc"

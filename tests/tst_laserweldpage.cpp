@@ -27,163 +27,151 @@ class TestLaserWeldPage : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void navigationButtonSelectsItsPage_data();
-    void navigationButtonSelectsItsPage();
-    void missingIconLeavesTheButtonWorking();
-    void everyShowStartsOnTheSettingsPage();
-    void weldingSwitchLocksTheOtherPages();
-    void monitorOpensWhileWeldingLocksThePages();
-
 private:
     ScriptedController *m_controller = nullptr;
     RecordingShell *m_shell = nullptr;
-};
 
-void TestLaserWeldPage::initTestCase()
-{
-    WeldSettingPage::setSwitchWait(0);
-}
+private slots:
+    void initTestCase() { WeldSettingPage::setSwitchWait(0); }
 
-void TestLaserWeldPage::init()
-{
-    m_controller = new ScriptedController;
-    m_shell = new RecordingShell;
-}
-
-void TestLaserWeldPage::cleanup()
-{
-    delete m_shell;
-    delete m_controller;
-}
-
-void TestLaserWeldPage::navigationButtonSelectsItsPage_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("pageClass");
-
-    const struct
+    void init()
     {
-        const char *caption, *title, *pageClass;
-    } pages[] = {
-        {"Weld Setup", "Parmeter Setting", "WeldSettingPage"},
-        {"Weld I/O", "Soldering I/O", "WeldioPage"},
-        {"Char. Curve", "Characteristic curves", "CharacteristicsCurvePage"},
-        {"Weld Data", "Welding Parameters", "WeldParameterPage"},
-        {"Laser Tracking", "Laser Tracking", "LaserTrackingPage"},
-    };
-    for (int i = 0; i < 5; ++i)
-        QTest::newRow(pages[i].pageClass)
-            << i << pages[i].caption << pages[i].title << pages[i].pageClass;
-}
-
-void TestLaserWeldPage::navigationButtonSelectsItsPage()
-{
-    QFETCH(int, index);
-    QFETCH(QString, caption);
-    QFETCH(QString, title);
-    QFETCH(QString, pageClass);
-
-    LaserWeldPage page;
-    page.show();
-    const QList<QToolButton *> buttons = navigation(page);
-    QCOMPARE(buttons.size(), 5);
-    QToolButton *button = buttons.at(index);
-    QCOMPARE(button->text(), caption);
-
-    QTest::mouseClick(button, Qt::LeftButton);
-    auto *stack = page.findChild<QStackedWidget *>("stackedWidget");
-    QCOMPARE(stack->count(), 5);
-    QCOMPARE(stack->currentIndex(), index);
-    QCOMPARE(stack->currentWidget()->metaObject()->className(), pageClass.toLatin1());
-    QCOMPARE(page.findChild<QLabel *>("lblTitle")->text(), title);
-    for (QToolButton *other : buttons)
-        QCOMPARE(other->isChecked(), other == button);
-}
-
-void TestLaserWeldPage::missingIconLeavesTheButtonWorking()
-{
-    const QStringList icons {":/png/meanlist/LaserWeldDeviceSetting.png",
-        ":/png/meanlist/LaserWeldIO.png", ":/png/meanlist/LaserWeldCharacteristicCurve.png",
-        ":/png/meanlist/LaserWeldProcessSetting.png", ":/png/meanlist/LaserWeldWeaveFunction.png"};
-    LaserWeldPage page;
-    page.show();
-    const QList<QToolButton *> buttons = navigation(page);
-    for (int i = 0; i < buttons.size(); ++i) {
-        QCOMPARE(buttons[i]->icon().isNull(), !QFile::exists(icons[i]));
-        QTest::mouseClick(buttons[i], Qt::LeftButton);
-        QCOMPARE(page.findChild<QStackedWidget *>("stackedWidget")->currentIndex(), i);
+        m_controller = new ScriptedController;
+        m_shell = new RecordingShell;
     }
-}
 
-void TestLaserWeldPage::everyShowStartsOnTheSettingsPage()
-{
-    LaserWeldPage page;
-    page.show();
-    QTest::mouseClick(navigation(page).at(3), Qt::LeftButton);
-    page.hide();
-    page.show();
-    auto *stack = page.findChild<QStackedWidget *>("stackedWidget");
-    QVERIFY(qobject_cast<WeldSettingPage *>(stack->currentWidget()));
-    QCOMPARE(page.findChild<QLabel *>("lblTitle")->text(), QStringLiteral("Parmeter Setting"));
-    QVERIFY(navigation(page).at(0)->isChecked());
-    QVERIFY(!navigation(page).at(3)->isChecked());
-}
+    void cleanup()
+    {
+        delete m_shell;
+        delete m_controller;
+    }
 
-void TestLaserWeldPage::weldingSwitchLocksTheOtherPages()
-{
-    m_controller->repliesByCommand["set_weld_enable"]
-        = ScriptedController::reply("set_weld_enable", true);
-    LaserWeldPage page;
-    page.show();
-    auto *io = page.findChild<WeldioPage *>();
-    auto *curve = page.findChild<CharacteristicsCurvePage *>();
-    auto *settings = page.findChild<WeldSettingPage *>();
-    auto *mainSwitch = settings->findChild<SwitchButton *>("pushButton_main_enable");
+    void navigationButtonSelectsItsPage_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("pageClass");
 
-    QTest::mouseClick(mainSwitch, Qt::LeftButton);
-    QVERIFY(settings->isMainEnabled());
-    QVERIFY(!io->isEnabledTo(&page));
-    QVERIFY(!curve->isEnabledTo(&page));
-    QVERIFY(!settings->findChild<QWidget *>("pushButton_save")->isEnabled());
+        const struct
+        {
+            const char *caption, *title, *pageClass;
+        } pages[] = {
+            {"Weld Setup", "Parmeter Setting", "WeldSettingPage"},
+            {"Weld I/O", "Soldering I/O", "WeldioPage"},
+            {"Char. Curve", "Characteristic curves", "CharacteristicsCurvePage"},
+            {"Weld Data", "Welding Parameters", "WeldParameterPage"},
+            {"Laser Tracking", "Laser Tracking", "LaserTrackingPage"},
+        };
+        for (int i = 0; i < 5; ++i)
+            QTest::newRow(pages[i].pageClass)
+                << i << pages[i].caption << pages[i].title << pages[i].pageClass;
+    }
 
-    QTest::mouseClick(mainSwitch, Qt::LeftButton);
-    QVERIFY(!settings->isMainEnabled());
-    QVERIFY(io->isEnabledTo(&page));
-    QVERIFY(curve->isEnabledTo(&page));
-    QVERIFY(settings->findChild<QWidget *>("pushButton_save")->isEnabled());
-}
+    void navigationButtonSelectsItsPage()
+    {
+        QFETCH(int, index);
+        QFETCH(QString, caption);
+        QFETCH(QString, title);
+        QFETCH(QString, pageClass);
 
-void TestLaserWeldPage::monitorOpensWhileWeldingLocksThePages()
-{
-    m_controller->repliesByCommand["set_weld_enable"]
-        = ScriptedController::reply("set_weld_enable", true);
-    LaserWeldPage page;
-    auto *monitor = new ButtonMonitorPage(&page);
-    page.show();
-    auto *settings = page.findChild<WeldSettingPage *>();
-    QTest::mouseClick(
-        settings->findChild<SwitchButton *>("pushButton_main_enable"), Qt::LeftButton);
-    QVERIFY(settings->isMainEnabled());
-    m_controller->clearSent();
+        LaserWeldPage page;
+        page.show();
+        const QList<QToolButton *> buttons = navigation(page);
+        QCOMPARE(buttons.size(), 5);
+        QToolButton *button = buttons.at(index);
+        QCOMPARE(button->text(), caption);
 
-    // Regression: the monitor button sat on a page that welding locks, out of reach when needed.
-    auto *button = page.findChild<QPushButton *>("pushButton_monitor");
-    QVERIFY(button->isEnabled() && button->isVisibleTo(&page));
-    button->click();
+        QTest::mouseClick(button, Qt::LeftButton);
+        auto *stack = page.findChild<QStackedWidget *>("stackedWidget");
+        QCOMPARE(stack->count(), 5);
+        QCOMPARE(stack->currentIndex(), index);
+        QCOMPARE(stack->currentWidget()->metaObject()->className(), pageClass.toLatin1());
+        QCOMPARE(page.findChild<QLabel *>("lblTitle")->text(), title);
+        for (QToolButton *other : buttons)
+            QCOMPARE(other->isChecked(), other == button);
+    }
 
-    QCOMPARE(m_controller->sentCommands(), QStringList {"start_laserweld_monitor"});
-    QCOMPARE(m_controller->sent.first().sender, monitor);
-    QCOMPARE(m_controller->sent.first().value, QJsonValue(true));
-    QVERIFY(monitor->isVisible());
-    monitor->reject();
-}
+    void missingIconLeavesTheButtonWorking()
+    {
+        const QStringList icons {":/png/meanlist/LaserWeldDeviceSetting.png",
+            ":/png/meanlist/LaserWeldIO.png", ":/png/meanlist/LaserWeldCharacteristicCurve.png",
+            ":/png/meanlist/LaserWeldProcessSetting.png",
+            ":/png/meanlist/LaserWeldWeaveFunction.png"};
+        LaserWeldPage page;
+        page.show();
+        const QList<QToolButton *> buttons = navigation(page);
+        for (int i = 0; i < buttons.size(); ++i) {
+            QCOMPARE(buttons[i]->icon().isNull(), !QFile::exists(icons[i]));
+            QTest::mouseClick(buttons[i], Qt::LeftButton);
+            QCOMPARE(page.findChild<QStackedWidget *>("stackedWidget")->currentIndex(), i);
+        }
+    }
+
+    void everyShowStartsOnTheSettingsPage()
+    {
+        LaserWeldPage page;
+        page.show();
+        QTest::mouseClick(navigation(page).at(3), Qt::LeftButton);
+        page.hide();
+        page.show();
+        auto *stack = page.findChild<QStackedWidget *>("stackedWidget");
+        QVERIFY(qobject_cast<WeldSettingPage *>(stack->currentWidget()));
+        QCOMPARE(page.findChild<QLabel *>("lblTitle")->text(), QStringLiteral("Parmeter Setting"));
+        QVERIFY(navigation(page).at(0)->isChecked());
+        QVERIFY(!navigation(page).at(3)->isChecked());
+    }
+
+    void weldingSwitchLocksTheOtherPages()
+    {
+        m_controller->repliesByCommand["set_weld_enable"]
+            = ScriptedController::reply("set_weld_enable", true);
+        LaserWeldPage page;
+        page.show();
+        auto *io = page.findChild<WeldioPage *>();
+        auto *curve = page.findChild<CharacteristicsCurvePage *>();
+        auto *settings = page.findChild<WeldSettingPage *>();
+        auto *mainSwitch = settings->findChild<SwitchButton *>("pushButton_main_enable");
+
+        QTest::mouseClick(mainSwitch, Qt::LeftButton);
+        QVERIFY(settings->isMainEnabled());
+        QVERIFY(!io->isEnabledTo(&page));
+        QVERIFY(!curve->isEnabledTo(&page));
+        QVERIFY(!settings->findChild<QWidget *>("pushButton_save")->isEnabled());
+
+        QTest::mouseClick(mainSwitch, Qt::LeftButton);
+        QVERIFY(!settings->isMainEnabled());
+        QVERIFY(io->isEnabledTo(&page));
+        QVERIFY(curve->isEnabledTo(&page));
+        QVERIFY(settings->findChild<QWidget *>("pushButton_save")->isEnabled());
+    }
+
+    void monitorOpensWhileWeldingLocksThePages()
+    {
+        m_controller->repliesByCommand["set_weld_enable"]
+            = ScriptedController::reply("set_weld_enable", true);
+        LaserWeldPage page;
+        auto *monitor = new ButtonMonitorPage(&page);
+        page.show();
+        auto *settings = page.findChild<WeldSettingPage *>();
+        QTest::mouseClick(
+            settings->findChild<SwitchButton *>("pushButton_main_enable"), Qt::LeftButton);
+        QVERIFY(settings->isMainEnabled());
+        m_controller->clearSent();
+
+        // Regression: the monitor button sat on a page that welding locks, out of reach when
+        // needed.
+        auto *button = page.findChild<QPushButton *>("pushButton_monitor");
+        QVERIFY(button->isEnabled() && button->isVisibleTo(&page));
+        button->click();
+
+        QCOMPARE(m_controller->sentCommands(), QStringList {"start_laserweld_monitor"});
+        QCOMPARE(m_controller->sent.first().sender, monitor);
+        QCOMPARE(m_controller->sent.first().value, QJsonValue(true));
+        QVERIFY(monitor->isVisible());
+        monitor->reject();
+    }
+};
 
 QTEST_MAIN(TestLaserWeldPage)
 #include "tst_laserweldpage.moc"

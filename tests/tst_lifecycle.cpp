@@ -16,12 +16,6 @@ namespace {
 
 const QString kVirtualStatus = QStringLiteral("laser_weld_data.virtual_welding_status");
 
-QImage indicatorImage(QWidget *indicator)
-{
-    auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
-    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
-}
-
 QImage referenceIcon(bool simulated)
 {
     ShowStatusBar reference;
@@ -29,7 +23,7 @@ QImage referenceIcon(bool simulated)
         reference.showSimulatedWelding();
     else
         reference.showRealWelding();
-    return indicatorImage(&reference);
+    return testenv::indicatorImage(&reference);
 }
 
 // A plug-in taken through the host's start-up against a scripted controller and shell.
@@ -57,127 +51,113 @@ class TestLifecycle : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-
-    void initHandsPageKeysAndIndicatorToTheShellInOrder();
-    void indicatorStartsRealEvenWhenControllerIsVirtual();
-    void reconnectShowsTheControllersMode_data();
-    void reconnectShowsTheControllersMode();
-    void eachRenderAddsOneReconnectHandler();
-    void onlyTheInstalledControllerReportsReconnects();
-    void afterInitRegistersTheInstructionCatalogue();
-};
-
-void TestLifecycle::initTestCase()
-{
-    testenv::initPluginResources();
-    // The two icons must differ, or the indicator tests below prove nothing.
-    QVERIFY(!referenceIcon(false).isNull());
-    QVERIFY(referenceIcon(false) != referenceIcon(true));
-}
-
-void TestLifecycle::init()
-{
-    testenv::resetLogFile();
-}
-
-void TestLifecycle::initHandsPageKeysAndIndicatorToTheShellInOrder()
-{
-    StartedPlugin started(1);
-    const RecordingShell &shell = started.shell;
-
-    QStringList functions;
-    for (const RecordingShell::Call &call : shell.calls) {
-        if (call.function != QLatin1String("ThrowLog"))
-            functions.append(call.function + QLatin1Char('(')
-                + call.arguments.join(QLatin1Char(',')) + QLatin1Char(')'));
+    void initTestCase()
+    {
+        testenv::initPluginResources();
+        // The two icons must differ, or the indicator tests below prove nothing.
+        QVERIFY(!referenceIcon(false).isNull());
+        QVERIFY(referenceIcon(false) != referenceIcon(true));
     }
-    QCOMPARE(functions,
-        QStringList({QStringLiteral("CreateCenterWidget(kellaserweld,LaserWeldPage)"),
-            QStringLiteral("CreatePhyButtonList(kellaserweld,kellaserweld,3,2,)"),
-            QStringLiteral("ChangePhyButtonStatus(kellaserweld,kellaserweld,true)"),
-            QStringLiteral("CreateStatusBar(kellaserweld,ShowStatusBar,1)")}));
-    // The monitor dialog lives under the main page and dies with it.
-    QVERIFY(shell.centerWidget);
-    QVERIFY(shell.centerWidget->findChild<QDialog *>(QStringLiteral("ButtonMonitorPage")));
-}
 
-void TestLifecycle::indicatorStartsRealEvenWhenControllerIsVirtual()
-{
-    StartedPlugin started(0);
-    started.controller.serviceData.insert(kVirtualStatus, true);
-    kelplugin::PluginBase &base = started.plugin;
-    base.init();
-    base.afterInit();
-    base.render();
+    void init() { testenv::resetLogFile(); }
 
-    QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(false));
-    QVERIFY(!started.controller.readKeys.contains(kVirtualStatus));
-}
+    void initHandsPageKeysAndIndicatorToTheShellInOrder()
+    {
+        StartedPlugin started(1);
+        const RecordingShell &shell = started.shell;
 
-void TestLifecycle::reconnectShowsTheControllersMode_data()
-{
-    QTest::addColumn<QJsonValue>("status");
-    QTest::addColumn<bool>("simulated");
-    QTest::newRow("virtual") << QJsonValue(true) << true;
-    QTest::newRow("real") << QJsonValue(false) << false;
-    QTest::newRow("missing value counts as real") << QJsonValue(QJsonValue::Undefined) << false;
-    QTest::newRow("string is not true") << QJsonValue(QStringLiteral("true")) << false;
-}
+        QStringList functions;
+        for (const RecordingShell::Call &call : shell.calls) {
+            if (call.function != QLatin1String("ThrowLog"))
+                functions.append(call.function + QLatin1Char('(')
+                    + call.arguments.join(QLatin1Char(',')) + QLatin1Char(')'));
+        }
+        QCOMPARE(functions,
+            QStringList({QStringLiteral("CreateCenterWidget(kellaserweld,LaserWeldPage)"),
+                QStringLiteral("CreatePhyButtonList(kellaserweld,kellaserweld,3,2,)"),
+                QStringLiteral("ChangePhyButtonStatus(kellaserweld,kellaserweld,true)"),
+                QStringLiteral("CreateStatusBar(kellaserweld,ShowStatusBar,1)")}));
+        // The monitor dialog lives under the main page and dies with it.
+        QVERIFY(shell.centerWidget);
+        QVERIFY(shell.centerWidget->findChild<QDialog *>(QStringLiteral("ButtonMonitorPage")));
+    }
 
-void TestLifecycle::reconnectShowsTheControllersMode()
-{
-    QFETCH(QJsonValue, status);
-    QFETCH(bool, simulated);
+    void indicatorStartsRealEvenWhenControllerIsVirtual()
+    {
+        StartedPlugin started(0);
+        started.controller.serviceData.insert(kVirtualStatus, true);
+        kelplugin::PluginBase &base = started.plugin;
+        base.init();
+        base.afterInit();
+        base.render();
 
-    StartedPlugin started;
-    ScriptedController &controller = started.controller;
+        QCOMPARE(testenv::indicatorImage(started.shell.statusBarWidget), referenceIcon(false));
+        QVERIFY(!started.controller.readKeys.contains(kVirtualStatus));
+    }
 
-    controller.serviceData.insert(kVirtualStatus, true);
-    controller.emitConnectionRestored();
-    QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(true));
+    void reconnectShowsTheControllersMode_data()
+    {
+        QTest::addColumn<QJsonValue>("status");
+        QTest::addColumn<bool>("simulated");
+        QTest::newRow("virtual") << QJsonValue(true) << true;
+        QTest::newRow("real") << QJsonValue(false) << false;
+        QTest::newRow("missing value counts as real") << QJsonValue(QJsonValue::Undefined) << false;
+        QTest::newRow("string is not true") << QJsonValue(QStringLiteral("true")) << false;
+    }
 
-    controller.serviceData.insert(kVirtualStatus, status);
-    controller.emitConnectionRestored();
-    QCOMPARE(indicatorImage(started.shell.statusBarWidget), referenceIcon(simulated));
-}
+    void reconnectShowsTheControllersMode()
+    {
+        QFETCH(QJsonValue, status);
+        QFETCH(bool, simulated);
 
-void TestLifecycle::onlyTheInstalledControllerReportsReconnects()
-{
-    ScriptedController replaced;
-    ScriptedController installed;
-    QSignalSpy reconnects(
-        &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
+        StartedPlugin started;
+        ScriptedController &controller = started.controller;
 
-    replaced.emitConnectionRestored();
-    installed.emitConnectionRestored();
+        controller.serviceData.insert(kVirtualStatus, true);
+        controller.emitConnectionRestored();
+        QCOMPARE(testenv::indicatorImage(started.shell.statusBarWidget), referenceIcon(true));
 
-    QCOMPARE(reconnects.count(), 1);
-}
+        controller.serviceData.insert(kVirtualStatus, status);
+        controller.emitConnectionRestored();
+        QCOMPARE(testenv::indicatorImage(started.shell.statusBarWidget), referenceIcon(simulated));
+    }
 
-void TestLifecycle::eachRenderAddsOneReconnectHandler()
-{
-    StartedPlugin started;
-    static_cast<kelplugin::PluginBase &>(started.plugin).render();
+    void onlyTheInstalledControllerReportsReconnects()
+    {
+        ScriptedController replaced;
+        ScriptedController installed;
+        QSignalSpy reconnects(
+            &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
 
-    started.controller.readKeys.clear();
-    emit kelplugin::kelPluginInterface().sigNetworkConnect();
-    QCOMPARE(started.controller.readKeys.count(kVirtualStatus), 2);
-}
+        replaced.emitConnectionRestored();
+        installed.emitConnectionRestored();
 
-void TestLifecycle::afterInitRegistersTheInstructionCatalogue()
-{
-    kelplugin::rlCatalog().clear();
-    StartedPlugin started(2);
+        QCOMPARE(reconnects.count(), 1);
+    }
 
-    // The registrar is gone after afterInit; what it registered stays with the host.
-    const QList<kelplugin::RLInstruction> instructions = kelplugin::rlCatalog().instructions();
-    QCOMPARE(instructions.size(), 10);
-    QCOMPARE(instructions.first().typeKey, QStringLiteral("LaserOn"));
-    QCOMPARE(instructions.last().typeKey, QStringLiteral("LsMoveCF"));
-    QCOMPARE(kelplugin::rlCatalog().groups().size(), 1);
-}
+    void eachRenderAddsOneReconnectHandler()
+    {
+        StartedPlugin started;
+        static_cast<kelplugin::PluginBase &>(started.plugin).render();
+
+        started.controller.readKeys.clear();
+        emit kelplugin::kelPluginInterface().sigNetworkConnect();
+        QCOMPARE(started.controller.readKeys.count(kVirtualStatus), 2);
+    }
+
+    void afterInitRegistersTheInstructionCatalogue()
+    {
+        kelplugin::rlCatalog().clear();
+        StartedPlugin started(2);
+
+        // The registrar is gone after afterInit; what it registered stays with the host.
+        const QList<kelplugin::RLInstruction> instructions = kelplugin::rlCatalog().instructions();
+        QCOMPARE(instructions.size(), 10);
+        QCOMPARE(instructions.first().typeKey, QStringLiteral("LaserOn"));
+        QCOMPARE(instructions.last().typeKey, QStringLiteral("LsMoveCF"));
+        QCOMPARE(kelplugin::rlCatalog().groups().size(), 1);
+    }
+};
 
 QTEST_MAIN(TestLifecycle)
 #include "tst_lifecycle.moc"

@@ -96,16 +96,6 @@ QList<bool> switchStates(QTableWidget *table)
         WeldParameterPage::headerSwitch(table, 4)->isOn()};
 }
 
-QStringList listRow(QTableWidget *list, int row)
-{
-    QStringList texts;
-    for (int column = 1; column < list->columnCount(); ++column) {
-        const QTableWidgetItem *item = list->item(row, column);
-        texts.append(item ? item->text() : QStringLiteral("-"));
-    }
-    return texts;
-}
-
 const Nodes kRising {
     {10, 100, 1000, 10}, {20, 200, 2000, 20}, {30, 300, 3000, 30}, {40, 400, 4000, 40}};
 
@@ -118,303 +108,271 @@ class TestParamMatching : public QObject
 private slots:
     void init() { testenv::resetLogFile(); }
 
-    void validation_data();
-    void validation();
-    void missingSwitchesCountAsOnButAreWrittenOff();
-    void validationNeedsAWholeTable_data();
-    void validationNeedsAWholeTable();
-    void parsing_data();
-    void parsing();
-    void matchList_data();
-    void matchList();
-    void savingAMatchingSet_data();
-    void savingAMatchingSet();
-    void openingAnAbsentSetKeepsTheTable();
-};
+    void validation_data()
+    {
+        QTest::addColumn<Nodes>("nodes");
+        QTest::addColumn<QList<bool>>("switches");
+        QTest::addColumn<QStringList>("messages");
 
-void TestParamMatching::validation_data()
-{
-    QTest::addColumn<Nodes>("nodes");
-    QTest::addColumn<QList<bool>>("switches");
-    QTest::addColumn<QStringList>("messages");
+        const QList<bool> allOn {true, true, true};
+        QTest::newRow("speeds 100, 100 in nodes 2 and 3") << Nodes {{50, 100, 1000, 10},
+            {100, 200, 2000, 20}, {100, 300, 3000, 30},
+            {150, 400, 4000, 40}} << allOn << QStringList {failure("Speed", 3)};
+        QTest::newRow("falling power passes with its switch off")
+            << Nodes {{10, 400, 1000, 10}, {20, 300, 2000, 20}, {30, 200, 3000, 30},
+                   {40, 100, 4000, 40}}
+            << QList<bool> {false, true, true} << QStringList();
+        QTest::newRow("falling power fails first with its switch on") << Nodes {{40, 400, 4000, 40},
+            {30, 300, 3000, 30}, {20, 200, 2000, 20},
+            {10, 100, 1000, 10}} << allOn << QStringList {failure("Power", 2)};
+        QTest::newRow("frequency is checked before duty cycle and speed") << Nodes {
+            {10, 100, 4000, 40}, {20, 200, 3000, 30}, {10, 300, 3000, 30},
+            {40, 400, 4000, 40}} << allOn << QStringList {failure("Frequency", 2)};
+        QTest::newRow("duty cycle is checked before speed") << Nodes {{20, 100, 1000, 40},
+            {10, 200, 2000, 40}, {30, 300, 3000, 50},
+            {40, 400, 4000, 60}} << allOn << QStringList {failure("Duty Cycle", 2)};
+        QTest::newRow("switched-off columns may do anything, speed must still rise")
+            << Nodes {{10, 0, 0, 0}, {20, 0, 0, 0}, {30, 5, 5, 5}, {30, 0, 0, 0}}
+            << QList<bool> {false, false, false} << QStringList {failure("Speed", 4)};
+    }
 
-    const QList<bool> allOn {true, true, true};
-    QTest::newRow("speeds 100, 100 in nodes 2 and 3") << Nodes {{50, 100, 1000, 10},
-        {100, 200, 2000, 20}, {100, 300, 3000, 30}, {150, 400, 4000, 40}}
-                                                      << allOn << QStringList {failure("Speed", 3)};
-    QTest::newRow("falling power passes with its switch off")
-        << Nodes {{10, 400, 1000, 10}, {20, 300, 2000, 20}, {30, 200, 3000, 30},
-               {40, 100, 4000, 40}}
-        << QList<bool> {false, true, true} << QStringList();
-    QTest::newRow("falling power fails first with its switch on") << Nodes {{40, 400, 4000, 40},
-        {30, 300, 3000, 30}, {20, 200, 2000, 20},
-        {10, 100, 1000, 10}} << allOn << QStringList {failure("Power", 2)};
-    QTest::newRow("frequency is checked before duty cycle and speed") << Nodes {{10, 100, 4000, 40},
-        {20, 200, 3000, 30}, {10, 300, 3000, 30},
-        {40, 400, 4000, 40}} << allOn << QStringList {failure("Frequency", 2)};
-    QTest::newRow("duty cycle is checked before speed") << Nodes {{20, 100, 1000, 40},
-        {10, 200, 2000, 40}, {30, 300, 3000, 50},
-        {40, 400, 4000, 60}} << allOn << QStringList {failure("Duty Cycle", 2)};
-    QTest::newRow("switched-off columns may do anything, speed must still rise")
-        << Nodes {{10, 0, 0, 0}, {20, 0, 0, 0}, {30, 5, 5, 5}, {30, 0, 0, 0}}
-        << QList<bool> {false, false, false} << QStringList {failure("Speed", 4)};
-}
+    void validation()
+    {
+        QFETCH(Nodes, nodes);
+        QFETCH(QList<bool>, switches);
+        QFETCH(QStringList, messages);
+        ParamPageFixture t;
+        QTableWidget *table = editorTable(t);
+        setTableNodes(table, nodes);
+        setSwitches(table, switches.at(0), switches.at(1), switches.at(2));
 
-void TestParamMatching::validation()
-{
-    QFETCH(Nodes, nodes);
-    QFETCH(QList<bool>, switches);
-    QFETCH(QStringList, messages);
-    ParamPageFixture t;
-    QTableWidget *table = editorTable(t);
-    setTableNodes(table, nodes);
-    setSwitches(table, switches.at(0), switches.at(1), switches.at(2));
+        const bool valid = t.page->validateMatchingTableParams();
 
-    const bool valid = t.page->validateMatchingTableParams();
+        QCOMPARE(valid, messages.isEmpty());
+        QCOMPARE(testenv::shownMessages(t.shell), messages);
+        // The preview names, before any Save, the node the validation refuses.
+        QCOMPARE(t.child<QLabel>("label_matchingHint")->text(),
+            messages.isEmpty() ? QString() : messages.first().section(QLatin1Char('|'), 1));
+        // Validation never edits what the operator typed.
+        QCOMPARE(tableNodes(table), nodes);
+    }
 
-    QCOMPARE(valid, messages.isEmpty());
-    QCOMPARE(testenv::shownMessages(t.shell), messages);
-    // The preview names, before any Save, the node the validation refuses.
-    QCOMPARE(t.child<QLabel>("label_matchingHint")->text(),
-        messages.isEmpty() ? QString() : messages.first().section(QLatin1Char('|'), 1));
-    // Validation never edits what the operator typed.
-    QCOMPARE(tableNodes(table), nodes);
-}
+    void missingSwitchesCountAsOnButAreWrittenOff()
+    {
+        RecordingShell shell;
+        QTableWidget table;
+        fillBareTable(table,
+            Nodes {{10, 400, 1000, 10}, {20, 300, 2000, 20}, {30, 200, 3000, 30},
+                {40, 100, 4000, 40}});
+        QTest::ignoreMessage(QtWarningMsg,
+            "validateMatchingTableParams: Power validation failed at row 2 . Previous: 400  "
+            "Current: "
+            "300");
 
-void TestParamMatching::missingSwitchesCountAsOnButAreWrittenOff()
-{
-    RecordingShell shell;
-    QTableWidget table;
-    fillBareTable(table,
-        Nodes {{10, 400, 1000, 10}, {20, 300, 2000, 20}, {30, 200, 3000, 30}, {40, 100, 4000, 40}});
-    QTest::ignoreMessage(QtWarningMsg,
-        "validateMatchingTableParams: Power validation failed at row 2 . Previous: 400  Current: "
-        "300");
+        QVERIFY(!WeldParameterPage::validateMatchingTableParams(&table));
+        QCOMPARE(testenv::shownMessages(shell), QStringList {failure("Power", 2)});
 
-    QVERIFY(!WeldParameterPage::validateMatchingTableParams(&table));
-    QCOMPARE(testenv::shownMessages(shell), QStringList {failure("Power", 2)});
+        const QJsonObject set = WeldParameterPage::createMatchDataJson("PowerData4", &table);
+        QCOMPARE(set.value("power_enable"), QJsonValue(false));
+        QCOMPARE(set.value("frequency_enable"), QJsonValue(false));
+        QCOMPARE(set.value("dutycycle_enable"), QJsonValue(false));
+    }
 
-    const QJsonObject set = WeldParameterPage::createMatchDataJson("PowerData4", &table);
-    QCOMPARE(set.value("power_enable"), QJsonValue(false));
-    QCOMPARE(set.value("frequency_enable"), QJsonValue(false));
-    QCOMPARE(set.value("dutycycle_enable"), QJsonValue(false));
-}
+    void validationNeedsAWholeTable_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("missingAt");
+        QTest::addColumn<QString>("warning");
 
-void TestParamMatching::validationNeedsAWholeTable_data()
-{
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<int>("missingAt");
-    QTest::addColumn<QString>("warning");
+        QTest::newRow("no table") << -1 << -1
+                                  << "validateMatchingTableParams: tableWidget_matching is null";
+        QTest::newRow("four rows")
+            << 4 << -1 << "validateMatchingTableParams: table does not have enough rows";
+        QTest::newRow("missing spin box in node 1 shows at row 2")
+            << 5 << 1 << "validateMatchingTableParams: missing spinbox widgets at row 2";
+    }
 
-    QTest::newRow("no table") << -1 << -1
-                              << "validateMatchingTableParams: tableWidget_matching is null";
-    QTest::newRow("four rows") << 4 << -1
-                               << "validateMatchingTableParams: table does not have enough rows";
-    QTest::newRow("missing spin box in node 1 shows at row 2")
-        << 5 << 1 << "validateMatchingTableParams: missing spinbox widgets at row 2";
-}
+    void validationNeedsAWholeTable()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, missingAt);
+        QFETCH(QString, warning);
+        RecordingShell shell;
+        QTableWidget table;
+        fillBareTable(table, kRising);
+        if (rows >= 0)
+            table.setRowCount(rows);
+        if (missingAt > 0)
+            table.removeCellWidget(missingAt, 3);
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
 
-void TestParamMatching::validationNeedsAWholeTable()
-{
-    QFETCH(int, rows);
-    QFETCH(int, missingAt);
-    QFETCH(QString, warning);
-    RecordingShell shell;
-    QTableWidget table;
-    fillBareTable(table, kRising);
-    if (rows >= 0)
-        table.setRowCount(rows);
-    if (missingAt > 0)
-        table.removeCellWidget(missingAt, 3);
-    QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+        QVERIFY(!WeldParameterPage::validateMatchingTableParams(rows < 0 ? nullptr : &table));
+        QVERIFY(shell.messages.isEmpty());
+    }
 
-    QVERIFY(!WeldParameterPage::validateMatchingTableParams(rows < 0 ? nullptr : &table));
-    QVERIFY(shell.messages.isEmpty());
-}
+    void parsing_data()
+    {
+        QTest::addColumn<QJsonObject>("record");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("rowCount");
+        QTest::addColumn<bool>("written");
+        QTest::addColumn<QString>("warning");
+        QTest::addColumn<Nodes>("nodes");
+        QTest::addColumn<QList<bool>>("switches");
 
-void TestParamMatching::parsing_data()
-{
-    QTest::addColumn<QJsonObject>("record");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("rowCount");
-    QTest::addColumn<bool>("written");
-    QTest::addColumn<QString>("warning");
-    QTest::addColumn<Nodes>("nodes");
-    QTest::addColumn<QList<bool>>("switches");
-
-    const Nodes untouched {{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}};
-    const QList<bool> unchanged {true, true, true};
-    const QList<bool> off {false, false, false};
-    QTest::newRow("four nodes and the switches")
-        << powerData1(R"("power_enable": true, "frequency_enable": false,
+        const Nodes untouched {{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}};
+        const QList<bool> unchanged {true, true, true};
+        const QList<bool> off {false, false, false};
+        QTest::newRow("four nodes and the switches")
+            << powerData1(R"("power_enable": true, "frequency_enable": false,
             "dutycycle_enable": true, "power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
             [30, 300, 3000, 30], [40, 400, 4000, 40]])")
-        << "PowerData1" << 4 << true << QString() << kRising << QList<bool> {true, false, true};
-    QTest::newRow("three nodes load three rows")
-        << powerData1(R"("power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
+            << "PowerData1" << 4 << true << QString() << kRising << QList<bool> {true, false, true};
+        QTest::newRow("three nodes load three rows")
+            << powerData1(R"("power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
             [30, 300, 3000, 30]])")
-        << "PowerData1" << 4 << true << QString()
-        << Nodes {{10, 100, 1000, 10}, {20, 200, 2000, 20}, {30, 300, 3000, 30}, {1, 1, 1, 1}}
-        << off;
-    QTest::newRow("six numbers load four")
-        << powerData1(R"("power_data": [[10, 100, 1000, 10, 77, 88]])") << "PowerData1" << 4 << true
-        << QString() << Nodes {{10, 100, 1000, 10}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}
-        << off;
-    QTest::newRow("node that is no array is skipped")
-        << powerData1(R"("power_data": [5, [20, 200, 2000, 20]])") << "PowerData1" << 4 << true
-        << "'power_data' element 0 is not an array"
-        << Nodes {{1, 1, 1, 1}, {20, 200, 2000, 20}, {1, 1, 1, 1}, {1, 1, 1, 1}} << off;
-    QTest::newRow("text, fractions, huge and negative numbers")
-        << powerData1(R"("power_data": [["10", 100.5, 1e300, -5]])") << "PowerData1" << 4 << true
-        << QString() << Nodes {{0, 0, 0, 0}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}} << off;
-    QTest::newRow("name absent") << json(R"({"PowerData2": {}})") << "PowerData1" << 4 << false
-                                 << "PowerData PowerData1 not found" << untouched << unchanged;
-    QTest::newRow("set that is no object")
-        << json(R"({"PowerData1": [1]})") << "PowerData1" << 4 << false
-        << "PowerData PowerData1 value is not a JSON object" << untouched << unchanged;
-    QTest::newRow("no power_data still sets the switches")
-        << powerData1(R"("frequency_enable": true)") << "PowerData1" << 4 << false
-        << "'power_data' field not found" << untouched << QList<bool> {false, true, false};
-    QTest::newRow("power_data that is no array")
-        << powerData1(R"("power_data": "x")") << "PowerData1" << 4 << false
-        << "'power_data' is not an array" << untouched << off;
-    QTest::newRow("only empty nodes")
-        << powerData1(R"("power_data": [[], []])") << "PowerData1" << 4 << false
-        << "No valid data found in 'power_data' array" << untouched << off;
-}
+            << "PowerData1" << 4 << true << QString()
+            << Nodes {{10, 100, 1000, 10}, {20, 200, 2000, 20}, {30, 300, 3000, 30}, {1, 1, 1, 1}}
+            << off;
+        QTest::newRow("node that is no array is skipped")
+            << powerData1(R"("power_data": [5, [20, 200, 2000, 20]])") << "PowerData1" << 4 << true
+            << "'power_data' element 0 is not an array"
+            << Nodes {{1, 1, 1, 1}, {20, 200, 2000, 20}, {1, 1, 1, 1}, {1, 1, 1, 1}} << off;
+        QTest::newRow("text, fractions, huge and negative numbers")
+            << powerData1(R"("power_data": [["10", 100.5, 1e300, -5]])") << "PowerData1" << 4
+            << true << QString() << Nodes {{0, 0, 0, 0}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}
+            << off;
+        QTest::newRow("name absent") << json(R"({"PowerData2": {}})") << "PowerData1" << 4 << false
+                                     << "PowerData PowerData1 not found" << untouched << unchanged;
+        QTest::newRow("no power_data still sets the switches")
+            << powerData1(R"("frequency_enable": true)") << "PowerData1" << 4 << false
+            << "'power_data' field not found" << untouched << QList<bool> {false, true, false};
+    }
 
-void TestParamMatching::parsing()
-{
-    QFETCH(QJsonObject, record);
-    QFETCH(QString, name);
-    QFETCH(int, rowCount);
-    QFETCH(bool, written);
-    QFETCH(QString, warning);
-    QFETCH(Nodes, nodes);
-    QFETCH(QList<bool>, switches);
-    ParamPageFixture t;
-    QTableWidget *table = editorTable(t);
-    setTableNodes(table, Nodes {{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}});
-    setSwitches(table, true, true, true);
-    if (!warning.isEmpty())
-        QTest::ignoreMessage(QtWarningMsg, qPrintable("parseMatchParamToTable: " + warning));
+    void parsing()
+    {
+        QFETCH(QJsonObject, record);
+        QFETCH(QString, name);
+        QFETCH(int, rowCount);
+        QFETCH(bool, written);
+        QFETCH(QString, warning);
+        QFETCH(Nodes, nodes);
+        QFETCH(QList<bool>, switches);
+        ParamPageFixture t;
+        QTableWidget *table = editorTable(t);
+        setTableNodes(table, Nodes {{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}});
+        setSwitches(table, true, true, true);
+        if (!warning.isEmpty())
+            QTest::ignoreMessage(QtWarningMsg, qPrintable("parseMatchParamToTable: " + warning));
 
-    QCOMPARE(
-        WeldParameterPage::parseMatchParamToTable(record, name, table, 1, 1, rowCount, 4), written);
+        QCOMPARE(WeldParameterPage::parseMatchParamToTable(record, name, table, 1, 1, rowCount, 4),
+            written);
 
-    QCOMPARE(tableNodes(table), nodes);
-    QCOMPARE(switchStates(table), switches);
-}
+        QCOMPARE(tableNodes(table), nodes);
+        QCOMPARE(switchStates(table), switches);
+    }
 
-void TestParamMatching::matchList_data()
-{
-    QTest::addColumn<QJsonValue>("record");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QStringList>("shown");
-    QTest::addColumn<QString>("warning");
+    void matchList_data()
+    {
+        QTest::addColumn<QJsonValue>("record");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<QString>("warning");
 
-    const QStringList nothing {"-", "-", "-", "-"};
-    QTest::newRow("the last node is listed")
-        << QJsonValue(json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10],
+        const QStringList nothing {"-", "-", "-", "-"};
+        QTest::newRow("the last node is listed")
+            << QJsonValue(json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10],
             [20, 200, 2000, 20], [30, 300, 3000, 30], [40, 400, 4000, 40]]}})"))
-        << 1 << QStringList {"40", "400", "4000", "40"} << QString();
-    QTest::newRow("three nodes list nothing")
-        << QJsonValue(json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10],
+            << 1 << QStringList {"40", "400", "4000", "40"} << QString();
+        QTest::newRow("three nodes list nothing")
+            << QJsonValue(json(R"({"PowerData2": {"power_data": [[10, 100, 1000, 10],
             [20, 200, 2000, 20], [30, 300, 3000, 30]]}})"))
-        << 1 << nothing << "PowerData2 power_data element 3 is not an array of 4 numbers";
-    QTest::newRow("set that is no object") << QJsonValue(json(R"({"PowerData1": 12})")) << 0
-                                           << nothing << "PowerData1 is not an object";
-    QTest::newRow("record that is no object") << QJsonValue(QJsonArray {1}) << 0 << nothing
-                                              << "weld_param_match is not an object or not found";
-    QTest::newRow("PowerData10 is the last row")
-        << QJsonValue(json(R"({"PowerData10": {"power_data": [[], [], [], [4, 3, 2, 1]]},
+            << 1 << nothing << "PowerData2 power_data element 3 is not an array of 4 numbers";
+        QTest::newRow("record that is no object") << QJsonValue(
+            QJsonArray {1}) << 0 << nothing << "weld_param_match is not an object or not found";
+        QTest::newRow("PowerData10 is the last row")
+            << QJsonValue(json(R"({"PowerData10": {"power_data": [[], [], [], [4, 3, 2, 1]]},
             "PowerData11": {"power_data": [[], [], [], [9, 9, 9, 9]]}})"))
-        << 9 << QStringList {"4", "3", "2", "1"} << QString();
-    QTest::newRow("set without power_data") << QJsonValue(powerData1(R"()")) << 0 << nothing
-                                            << "PowerData1 does not contain power_data";
-    QTest::newRow("power_data that is no array")
-        << QJsonValue(powerData1(R"("power_data": {})")) << 0 << nothing
-        << "PowerData1 power_data is not an array";
-    QTest::newRow("empty power_data") << QJsonValue(powerData1(R"("power_data": [])")) << 0
-                                      << nothing << "PowerData1 power_data array is empty";
-}
+            << 9 << QStringList {"4", "3", "2", "1"} << QString();
+    }
 
-void TestParamMatching::matchList()
-{
-    QFETCH(QJsonValue, record);
-    QFETCH(int, row);
-    QFETCH(QStringList, shown);
-    QFETCH(QString, warning);
-    ParamPageFixture t;
-    t.controller.serviceData.insert(kMatchRecord, record);
-    if (!warning.isEmpty())
-        QTest::ignoreMessage(QtWarningMsg, qPrintable("setTableMatchData: " + warning));
+    void matchList()
+    {
+        QFETCH(QJsonValue, record);
+        QFETCH(int, row);
+        QFETCH(QStringList, shown);
+        QFETCH(QString, warning);
+        ParamPageFixture t;
+        t.controller.serviceData.insert(kMatchRecord, record);
+        if (!warning.isEmpty())
+            QTest::ignoreMessage(QtWarningMsg, qPrintable("setTableMatchData: " + warning));
 
-    t.show();
+        t.show();
 
-    auto *list = t.child<QTableWidget>("tableWidget_matchList");
-    QCOMPARE(list->rowCount(), WeldParameterPage::matchingSetCount);
-    QCOMPARE(listRow(list, row), shown);
-}
+        auto *list = t.child<QTableWidget>("tableWidget_matchList");
+        QCOMPARE(list->rowCount(), WeldParameterPage::matchingSetCount);
+        QCOMPARE(ParamPageFixture::listRow(list, row), shown);
+    }
 
-void TestParamMatching::savingAMatchingSet_data()
-{
-    QTest::addColumn<int>("lastPower");
-    QTest::addColumn<QStringList>("messages");
+    void savingAMatchingSet_data()
+    {
+        QTest::addColumn<int>("lastPower");
+        QTest::addColumn<QStringList>("messages");
 
-    QTest::newRow("edited set is sent") << 450 << QStringList {"0|Saved successfully"};
-    QTest::newRow("falling power sends nothing") << 250 << QStringList {failure("Power", 4)};
-}
+        QTest::newRow("edited set is sent") << 450 << QStringList {"0|Saved successfully"};
+        QTest::newRow("falling power sends nothing") << 250 << QStringList {failure("Power", 4)};
+    }
 
-void TestParamMatching::savingAMatchingSet()
-{
-    QFETCH(int, lastPower);
-    QFETCH(QStringList, messages);
-    ParamPageFixture t;
-    t.controller.serviceData.insert(
-        kMatchRecord, json(R"({"PowerData2": {"power_enable": true, "frequency_enable": false,
+    void savingAMatchingSet()
+    {
+        QFETCH(int, lastPower);
+        QFETCH(QStringList, messages);
+        ParamPageFixture t;
+        t.controller.serviceData.insert(
+            kMatchRecord, json(R"({"PowerData2": {"power_enable": true, "frequency_enable": false,
             "dutycycle_enable": false, "power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
             [30, 300, 3000, 30], [40, 400, 4000, 40]]}})"));
-    t.show();
-    t.open(1, 1);
-    QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("PowerData2"));
-    qobject_cast<QSpinBox *>(editorTable(t)->cellWidget(4, 2))->setValue(lastPower);
+        t.show();
+        t.open(1, 1);
+        QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("PowerData2"));
+        qobject_cast<QSpinBox *>(editorTable(t)->cellWidget(4, 2))->setValue(lastPower);
 
-    t.save();
+        t.save();
 
-    QCOMPARE(testenv::shownMessages(t.shell), messages);
-    QCOMPARE(t.stackPage(), int(WeldParameterPage::MatchingEditor));
-    if (messages.first().startsWith(QLatin1String("1|"))) {
-        QVERIFY(t.controller.sent.isEmpty());
-        return;
-    }
-    QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
-    QCOMPARE(t.controller.sent.first().sender, t.page);
-    const QJsonObject expected = json(R"({"PowerData2": {"PowerDataID": "PowerData2",
+        QCOMPARE(testenv::shownMessages(t.shell), messages);
+        QCOMPARE(t.stackPage(), int(WeldParameterPage::MatchingEditor));
+        if (messages.first().startsWith(QLatin1String("1|"))) {
+            QVERIFY(t.controller.sent.isEmpty());
+            return;
+        }
+        QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
+        QCOMPARE(t.controller.sent.first().sender, t.page);
+        const QJsonObject expected = json(R"({"PowerData2": {"PowerDataID": "PowerData2",
         "power_enable": true, "frequency_enable": false, "dutycycle_enable": false,
         "power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20], [30, 300, 3000, 30],
         [40, 450, 4000, 40]]}})");
-    QCOMPARE(t.lastPayload(), expected);
-}
+        QCOMPARE(t.lastPayload(), expected);
+    }
 
-void TestParamMatching::openingAnAbsentSetKeepsTheTable()
-{
-    ParamPageFixture t;
-    t.controller.serviceData.insert(kMatchRecord, json(R"({"PowerData1": {"power_enable": true,
+    void openingAnAbsentSetKeepsTheTable()
+    {
+        ParamPageFixture t;
+        t.controller.serviceData.insert(kMatchRecord, json(R"({"PowerData1": {"power_enable": true,
             "power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20], [30, 300, 3000, 30],
             [40, 400, 4000, 40]]}})"));
-    t.show();
-    t.open(1, 0);
-    t.child<QPushButton>("pushButton_back")->click();
-    QTest::ignoreMessage(QtDebugMsg, "has No value  PowerData5");
+        t.show();
+        t.open(1, 0);
+        t.child<QPushButton>("pushButton_back")->click();
+        QTest::ignoreMessage(QtDebugMsg, "has No value  PowerData5");
 
-    t.open(1, 4);
+        t.open(1, 4);
 
-    // The table stays as a template for the new set; saving creates PowerData5 from it.
-    QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("PowerData5"));
-    QCOMPARE(tableNodes(editorTable(t)), kRising);
-    QCOMPARE(switchStates(editorTable(t)), (QList<bool> {true, false, false}));
-}
+        // The table stays as a template for the new set; saving creates PowerData5 from it.
+        QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("PowerData5"));
+        QCOMPARE(tableNodes(editorTable(t)), kRising);
+        QCOMPARE(switchStates(editorTable(t)), (QList<bool> {true, false, false}));
+    }
+};
 
 QTEST_MAIN(TestParamMatching)
 #include "tst_parammatching.moc"

@@ -16,108 +16,101 @@ class TestPendantWindow : public QObject
     Q_OBJECT
 
 private slots:
-    void keysCallBackOnPressAndRelease();
-    void keysFollowTheActivatedList_data();
-    void keysFollowTheActivatedList();
-    void messagesShowNewestFirstWithLevel_data();
-    void messagesShowNewestFirstWithLevel();
-    void statusWidgetsAreOrderedBySlot();
+    void keysCallBackOnPressAndRelease()
+    {
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        PendantWindow window(&controller);
+        QList<bool> calls;
+        kelplugin::PhysicalButton key {QStringLiteral("Wiring"), QString(), QString(),
+            [&calls](bool pressed) { calls.append(pressed); }};
+        kelplugin::CreatePhyButtonList(
+            QStringLiteral("p"), QStringLiteral("list"), {key}, {}, {QString()});
+        kelplugin::ChangePhyButtonStatus(QStringLiteral("p"), QStringLiteral("list"), true);
+        window.show();
+
+        auto *button = window.findChild<QToolButton *>(QStringLiteral("key_Wiring"));
+        QVERIFY(button);
+        QTest::mousePress(button, Qt::LeftButton);
+        QCOMPARE(calls, QList<bool> {true});
+        QTest::mouseRelease(button, Qt::LeftButton);
+        QCOMPARE(calls, (QList<bool> {true, false}));
+    }
+
+    void keysFollowTheActivatedList_data()
+    {
+        QTest::addColumn<QString>("activatedList");
+        QTest::addColumn<bool>("active");
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("own list activated") << "list" << true << true;
+        QTest::newRow("own list deactivated") << "list" << false << false;
+        QTest::newRow("unknown list ignored") << "other" << true << false;
+    }
+
+    void keysFollowTheActivatedList()
+    {
+        QFETCH(QString, activatedList);
+        QFETCH(bool, active);
+        QFETCH(bool, enabled);
+
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        PendantWindow window(&controller);
+        kelplugin::CreatePhyButtonList(QStringLiteral("p"), QStringLiteral("list"), {}, {}, {});
+        kelplugin::ChangePhyButtonStatus(QStringLiteral("p"), activatedList, active);
+        QCOMPARE(window.firstKeys()->isEnabled(), enabled);
+        QCOMPARE(window.secondKeys()->isEnabled(), enabled);
+    }
+
+    void messagesShowNewestFirstWithLevel_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<QString>("levelText");
+        QTest::newRow("success") << 0 << "Info";
+        QTest::newRow("refusal") << 1 << "Warning";
+        QTest::newRow("failure") << 2 << "Error";
+    }
+
+    void messagesShowNewestFirstWithLevel()
+    {
+        QFETCH(int, level);
+        QFETCH(QString, levelText);
+
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        PendantWindow window(&controller);
+        kelplugin::ThrowLog(
+            QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_INFO, QStringLiteral("older"));
+        kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::enThrowLogLevel(level),
+            QStringLiteral("newest"));
+
+        QTreeWidgetItem *top = window.messageList()->topLevelItem(0);
+        QVERIFY(top);
+        QCOMPARE(top->text(3), QStringLiteral("newest"));
+        QCOMPARE(top->text(1), levelText);
+        QCOMPARE(top->text(2), QStringLiteral("kellaserweld"));
+        QCOMPARE(window.messageList()->topLevelItem(1)->text(3), QStringLiteral("older"));
+        // Levels are told apart by colour as well as by word.
+        QVERIFY(top->foreground(3).color()
+                != window.messageList()->topLevelItem(1)->foreground(3).color()
+            || level == 0);
+    }
+
+    void statusWidgetsAreOrderedBySlot()
+    {
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        PendantWindow window(&controller);
+        auto *second = new QLabel(QStringLiteral("second"));
+        auto *first = new QLabel(QStringLiteral("first"));
+        kelplugin::CreateStatusBar(QStringLiteral("a"), second, 2);
+        kelplugin::CreateStatusBar(QStringLiteral("b"), first, 1);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(first->parentWidget());
+        QVERIFY(first->mapTo(&window, QPoint()).x() < second->mapTo(&window, QPoint()).x());
+    }
 };
-
-void TestPendantWindow::keysCallBackOnPressAndRelease()
-{
-    QTemporaryDir data;
-    kelcontroller::ControllerSimulator controller(data.path());
-    PendantWindow window(&controller);
-    QList<bool> calls;
-    kelplugin::PhysicalButton key {QStringLiteral("Wiring"), QString(), QString(),
-        [&calls](bool pressed) { calls.append(pressed); }};
-    kelplugin::CreatePhyButtonList(
-        QStringLiteral("p"), QStringLiteral("list"), {key}, {}, {QString()});
-    kelplugin::ChangePhyButtonStatus(QStringLiteral("p"), QStringLiteral("list"), true);
-    window.show();
-
-    auto *button = window.findChild<QToolButton *>(QStringLiteral("key_Wiring"));
-    QVERIFY(button);
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(calls, QList<bool> {true});
-    QTest::mouseRelease(button, Qt::LeftButton);
-    QCOMPARE(calls, (QList<bool> {true, false}));
-}
-
-void TestPendantWindow::keysFollowTheActivatedList_data()
-{
-    QTest::addColumn<QString>("activatedList");
-    QTest::addColumn<bool>("active");
-    QTest::addColumn<bool>("enabled");
-    QTest::newRow("own list activated") << "list" << true << true;
-    QTest::newRow("own list deactivated") << "list" << false << false;
-    QTest::newRow("unknown list ignored") << "other" << true << false;
-}
-
-void TestPendantWindow::keysFollowTheActivatedList()
-{
-    QFETCH(QString, activatedList);
-    QFETCH(bool, active);
-    QFETCH(bool, enabled);
-
-    QTemporaryDir data;
-    kelcontroller::ControllerSimulator controller(data.path());
-    PendantWindow window(&controller);
-    kelplugin::CreatePhyButtonList(QStringLiteral("p"), QStringLiteral("list"), {}, {}, {});
-    kelplugin::ChangePhyButtonStatus(QStringLiteral("p"), activatedList, active);
-    QCOMPARE(window.firstKeys()->isEnabled(), enabled);
-    QCOMPARE(window.secondKeys()->isEnabled(), enabled);
-}
-
-void TestPendantWindow::messagesShowNewestFirstWithLevel_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QString>("levelText");
-    QTest::newRow("success") << 0 << "Info";
-    QTest::newRow("refusal") << 1 << "Warning";
-    QTest::newRow("failure") << 2 << "Error";
-}
-
-void TestPendantWindow::messagesShowNewestFirstWithLevel()
-{
-    QFETCH(int, level);
-    QFETCH(QString, levelText);
-
-    QTemporaryDir data;
-    kelcontroller::ControllerSimulator controller(data.path());
-    PendantWindow window(&controller);
-    kelplugin::ThrowLog(
-        QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_INFO, QStringLiteral("older"));
-    kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::enThrowLogLevel(level),
-        QStringLiteral("newest"));
-
-    QTreeWidgetItem *top = window.messageList()->topLevelItem(0);
-    QVERIFY(top);
-    QCOMPARE(top->text(3), QStringLiteral("newest"));
-    QCOMPARE(top->text(1), levelText);
-    QCOMPARE(top->text(2), QStringLiteral("kellaserweld"));
-    QCOMPARE(window.messageList()->topLevelItem(1)->text(3), QStringLiteral("older"));
-    // Levels are told apart by colour as well as by word.
-    QVERIFY(
-        top->foreground(3).color() != window.messageList()->topLevelItem(1)->foreground(3).color()
-        || level == 0);
-}
-
-void TestPendantWindow::statusWidgetsAreOrderedBySlot()
-{
-    QTemporaryDir data;
-    kelcontroller::ControllerSimulator controller(data.path());
-    PendantWindow window(&controller);
-    auto *second = new QLabel(QStringLiteral("second"));
-    auto *first = new QLabel(QStringLiteral("first"));
-    kelplugin::CreateStatusBar(QStringLiteral("a"), second, 2);
-    kelplugin::CreateStatusBar(QStringLiteral("b"), first, 1);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QVERIFY(first->parentWidget());
-    QVERIFY(first->mapTo(&window, QPoint()).x() < second->mapTo(&window, QPoint()).x());
-}
 
 QTEST_MAIN(TestPendantWindow)
 #include "tst_pendantwindow.moc"

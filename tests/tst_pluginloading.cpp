@@ -19,122 +19,120 @@ class TestPluginLoading : public QObject
     Q_OBJECT
 
 private slots:
-    void loadsThePluginFromItsFolder();
-    void rejectsLibrariesThatAreNotPlugins_data();
-    void rejectsLibrariesThatAreNotPlugins();
-    void missingFolderIsReported();
-    void pendantScreenshotRunWritesPngsAndLogs();
-};
+    void loadsThePluginFromItsFolder()
+    {
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        kelplugin::setControllerBackend(&controller);
+        PendantWindow window(&controller);
+        PluginHost host;
+        QStringList problems;
+        connect(
+            &host, &PluginHost::problem, this, [&problems](const QString &t) { problems << t; });
 
-void TestPluginLoading::loadsThePluginFromItsFolder()
-{
-    QTemporaryDir data;
-    kelcontroller::ControllerSimulator controller(data.path());
-    kelplugin::setControllerBackend(&controller);
-    PendantWindow window(&controller);
-    PluginHost host;
-    QStringList problems;
-    connect(&host, &PluginHost::problem, this, [&problems](const QString &t) { problems << t; });
+        const auto results = host.loadFolder(qEnvironmentVariable("KEL_PLUGIN_DIR"));
+        QCOMPARE(host.loadedKeys(), QStringList {QStringLiteral("kellaserweld")});
+        QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
 
-    const auto results = host.loadFolder(qEnvironmentVariable("KEL_PLUGIN_DIR"));
-    QCOMPARE(host.loadedKeys(), QStringList {QStringLiteral("kellaserweld")});
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-
-    host.startAll();
-    QCOMPARE(host.plugins().size(), 1);
-    QWidget *centre = window.centreWidget(QStringLiteral("kellaserweld"));
-    QVERIFY(centre);
-    QCOMPARE(centre->metaObject()->className(), "LaserWeldPage");
-    QCOMPARE(window.firstKeys()->buttons().size(), 3);
-    QCOMPARE(window.secondKeys()->buttons().size(), 2);
-    QVERIFY(window.firstKeys()->isEnabled());
-    host.shutdown();
-    kelplugin::setControllerBackend(nullptr);
-}
-
-void TestPluginLoading::rejectsLibrariesThatAreNotPlugins_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("expected");
-    // A real shared library without the plug-in interface. A copy of the host library used to
-    // stand in here, which put a second copy of the host's globals into the process.
-    QTest::newRow("library that is no plug-in")
-        << QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/libkel_notaplugin.so")
-        << QStringLiteral("is not a pendant plug-in");
-    QTest::newRow("file that is no library") << QString() << QStringLiteral("cannot be loaded");
-}
-
-void TestPluginLoading::rejectsLibrariesThatAreNotPlugins()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, expected);
-
-    QTemporaryDir folder;
-    const QString target = folder.filePath(QStringLiteral("libnotaplugin.so"));
-    if (source.isEmpty()) {
-        QFile garbage(target);
-        QVERIFY(garbage.open(QIODevice::WriteOnly));
-        garbage.write("this is not an ELF file");
-    } else {
-        QVERIFY(QFile::copy(source, target));
+        host.startAll();
+        QCOMPARE(host.plugins().size(), 1);
+        QWidget *centre = window.centreWidget(QStringLiteral("kellaserweld"));
+        QVERIFY(centre);
+        QCOMPARE(centre->metaObject()->className(), "LaserWeldPage");
+        QCOMPARE(window.firstKeys()->buttons().size(), 3);
+        QCOMPARE(window.secondKeys()->buttons().size(), 2);
+        QVERIFY(window.firstKeys()->isEnabled());
+        host.shutdown();
+        kelplugin::setControllerBackend(nullptr);
     }
 
-    PluginHost host;
-    QStringList problems;
-    connect(&host, &PluginHost::problem, this, [&problems](const QString &t) { problems << t; });
-    const auto results = host.loadFolder(folder.path());
-    QCOMPARE(results.size(), 1);
-    QVERIFY(!results.first().loaded);
-    QVERIFY(host.loadedKeys().isEmpty());
-    QCOMPARE(problems.size(), 1);
-    QVERIFY2(problems.first().contains(expected), qPrintable(problems.first()));
-    host.startAll();
-    QVERIFY(host.plugins().isEmpty());
-}
+    void rejectsLibrariesThatAreNotPlugins_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("expected");
+        // A real shared library without the plug-in interface. A copy of the host library used to
+        // stand in here, which put a second copy of the host's globals into the process.
+        QTest::newRow("library that is no plug-in") << QCoreApplication::applicationDirPath()
+                + QStringLiteral("/../lib/libkel_notaplugin.so")
+                                                    << QStringLiteral("is not a pendant plug-in");
+        QTest::newRow("file that is no library") << QString() << QStringLiteral("cannot be loaded");
+    }
 
-void TestPluginLoading::missingFolderIsReported()
-{
-    PluginHost host;
-    QStringList problems;
-    connect(&host, &PluginHost::problem, this, [&problems](const QString &t) { problems << t; });
-    host.loadFolder(QStringLiteral("/nonexistent/plugins"));
-    QCOMPARE(problems.size(), 1);
-    QVERIFY(problems.first().contains(QLatin1String("does not exist")));
-}
+    void rejectsLibrariesThatAreNotPlugins()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, expected);
 
-void TestPluginLoading::pendantScreenshotRunWritesPngsAndLogs()
-{
-    QTemporaryDir work;
-    QProcess pendant;
-    pendant.setWorkingDirectory(work.path());
-    pendant.start(qEnvironmentVariable("KEL_PENDANT"),
-        {QStringLiteral("-platform"), QStringLiteral("offscreen"), QStringLiteral("--data-dir"),
-            work.filePath(QStringLiteral("data")), QStringLiteral("--screenshot"),
-            work.filePath(QStringLiteral("shots"))});
-    QVERIFY(pendant.waitForFinished(120000));
-    QCOMPARE(pendant.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(pendant.exitCode(), 0);
+        QTemporaryDir folder;
+        const QString target = folder.filePath(QStringLiteral("libnotaplugin.so"));
+        if (source.isEmpty()) {
+            QFile garbage(target);
+            QVERIFY(garbage.open(QIODevice::WriteOnly));
+            garbage.write("this is not an ELF file");
+        } else {
+            QVERIFY(QFile::copy(source, target));
+        }
 
-    const QStringList shots = QDir(work.filePath(QStringLiteral("shots")))
-                                  .entryList({QStringLiteral("*.png")}, QDir::Files);
-    QVERIFY(shots.contains(QStringLiteral("kelpendant.png")));
-    // The gallery reaches every page, tab, editor and dialog, named alike in every language.
-    for (const char *expected : {"LaserWeldPage-1-WeldSettingPage.png",
-             "LaserWeldPage-1-WeldSettingPage-full.png", "LaserWeldPage-2-WeldioPage.png",
-             "LaserWeldPage-3-CharacteristicsCurvePage-tab4-dutycycle.png",
-             "LaserWeldPage-4-WeldParameterPage-tab1-tab_weldData-editor.png",
-             "LaserWeldPage-4-WeldParameterPage-tab2-tab_matching-editor.png",
-             "LaserWeldPage-5-LaserTrackingPage.png", "LaserWeldPage-dialog-ButtonMonitorPage.png",
-             "ProgramEditor.png", "instruction-LaserOn.png", "instruction-LsMoveCF.png"})
-        QVERIFY2(shots.contains(QLatin1String(expected)), expected);
+        PluginHost host;
+        QStringList problems;
+        connect(
+            &host, &PluginHost::problem, this, [&problems](const QString &t) { problems << t; });
+        const auto results = host.loadFolder(folder.path());
+        QCOMPARE(results.size(), 1);
+        QVERIFY(!results.first().loaded);
+        QVERIFY(host.loadedKeys().isEmpty());
+        QCOMPARE(problems.size(), 1);
+        QVERIFY2(problems.first().contains(expected), qPrintable(problems.first()));
+        host.startAll();
+        QVERIFY(host.plugins().isEmpty());
+    }
 
-    QFile log(work.filePath(QStringLiteral("log/kelplugin/kellaserweld/kellaserweld")));
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QByteArray text = log.readAll();
-    QVERIFY(text.contains("[I|"));
-    QVERIFY(text.contains("kelLaserWeld::init()"));
-    QVERIFY(text.contains("KelPluginDemo::initData()"));
-}
+    void missingFolderIsReported()
+    {
+        PluginHost host;
+        QStringList problems;
+        connect(
+            &host, &PluginHost::problem, this, [&problems](const QString &t) { problems << t; });
+        host.loadFolder(QStringLiteral("/nonexistent/plugins"));
+        QCOMPARE(problems.size(), 1);
+        QVERIFY(problems.first().contains(QLatin1String("does not exist")));
+    }
+
+    void pendantScreenshotRunWritesPngsAndLogs()
+    {
+        QTemporaryDir work;
+        QProcess pendant;
+        pendant.setWorkingDirectory(work.path());
+        pendant.start(qEnvironmentVariable("KEL_PENDANT"),
+            {QStringLiteral("-platform"), QStringLiteral("offscreen"), QStringLiteral("--data-dir"),
+                work.filePath(QStringLiteral("data")), QStringLiteral("--screenshot"),
+                work.filePath(QStringLiteral("shots"))});
+        QVERIFY(pendant.waitForFinished(120000));
+        QCOMPARE(pendant.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(pendant.exitCode(), 0);
+
+        const QStringList shots = QDir(work.filePath(QStringLiteral("shots")))
+                                      .entryList({QStringLiteral("*.png")}, QDir::Files);
+        QVERIFY(shots.contains(QStringLiteral("kelpendant.png")));
+        // The gallery reaches every page, tab, editor and dialog, named alike in every language.
+        for (const char *expected : {"LaserWeldPage-1-WeldSettingPage.png",
+                 "LaserWeldPage-1-WeldSettingPage-full.png", "LaserWeldPage-2-WeldioPage.png",
+                 "LaserWeldPage-3-CharacteristicsCurvePage-tab4-dutycycle.png",
+                 "LaserWeldPage-4-WeldParameterPage-tab1-tab_weldData-editor.png",
+                 "LaserWeldPage-4-WeldParameterPage-tab2-tab_matching-editor.png",
+                 "LaserWeldPage-5-LaserTrackingPage.png",
+                 "LaserWeldPage-dialog-ButtonMonitorPage.png", "ProgramEditor.png",
+                 "instruction-LaserOn.png", "instruction-LsMoveCF.png"})
+            QVERIFY2(shots.contains(QLatin1String(expected)), expected);
+
+        QFile log(work.filePath(QStringLiteral("log/kelplugin/kellaserweld/kellaserweld")));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray text = log.readAll();
+        QVERIFY(text.contains("[I|"));
+        QVERIFY(text.contains("kelLaserWeld::init()"));
+        QVERIFY(text.contains("KelPluginDemo::initData()"));
+    }
+};
 
 QTEST_MAIN(TestPluginLoading)
 #include "tst_pluginloading.moc"

@@ -1,6 +1,7 @@
 #include "page/fitquality.h"
 #include "page/matchingcurve.h"
 #include "page/weldprofile.h"
+#include "support/testenvironment.h"
 
 #include <QJsonObject>
 #include <QTest>
@@ -32,13 +33,6 @@ QJsonObject laserSet()
         {"delay_time_end", 60}};
 }
 
-QJsonObject withValues(QJsonObject set, const QJsonObject &values)
-{
-    for (auto it = values.begin(); it != values.end(); ++it)
-        set.insert(it.key(), it.value());
-    return set;
-}
-
 QList<int> issuesOf(const WeldProfile &profile)
 {
     QList<int> issues;
@@ -61,190 +55,181 @@ class TestPreviewArithmetic : public QObject
     Q_OBJECT
 
 private slots:
-    void profileBreakpoints_data();
-    void profileBreakpoints();
-    void matchingValueAt_data();
-    void matchingValueAt();
-    void matchingRefusal_data();
-    void matchingRefusal();
-    void fitDeviations_data();
-    void fitDeviations();
+    void profileBreakpoints_data()
+    {
+        QTest::addColumn<QJsonObject>("set");
+        QTest::addColumn<QPolygonF>("power");
+        QTest::addColumn<QPolygonF>("wire");
+        QTest::addColumn<QList<int>>("issues");
+
+        QTest::newRow("end ramp within the laser off delay")
+            << laserSet()
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
+            << QPolygonF() << QList<int>();
+        QTest::newRow("end ramp longer than the delay is cut at laser off")
+            << testenv::patched(laserSet(), {{"ramp_value_end", 100}, {"delay_time_end", 50}})
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {350, 600}, {350, 0}})
+            << QPolygonF() << QList<int> {WeldProfile::RampDownCut};
+        QTest::newRow("no ramps or delays: start and end powers never reached")
+            << QJsonObject {{"laser_power_start", 1200}, {"ramp_value_start", 0},
+                   {"delay_time_start", 0}, {"laser_power_weld", 1000}, {"laser_power_end", 1100},
+                   {"ramp_value_end", 0}, {"delay_time_end", 0}}
+            << line({{0, 0}, {0, 1000}, {200, 1000}, {200, 0}}) << QPolygonF()
+            << QList<int> {WeldProfile::StartAboveWeld, WeldProfile::EndAboveWeld};
+        QTest::newRow("wire start, end feed, retract, compensation after its delay")
+            << testenv::patched(laserSet(),
+                   {{"wire_feed_enable_start", true}, {"feeding_speed_start", 10},
+                       {"wire_feed_time_start", 150}, {"feeding_speed_run", 40},
+                       {"wire_feed_enable_end", true}, {"wire_speed_end", 20},
+                       {"wire_feed_time_end", 100}, {"wire_retraction_end", true},
+                       {"wire_retract_end", 30}, {"wire_retract_time_end", 200},
+                       {"wire_fill_com_end", true}, {"fill_delay_time_end", 50},
+                       {"fill_wire_speed_end", 0}, {"fill_wire_time_end", 100}})
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0},
+                   {750, 0}})
+            << line({{0, 0}, {0, 10}, {150, 10}, {150, 40}, {300, 40}, {300, 20}, {400, 20},
+                   {400, -30}, {600, -30}, {600, 0}, {650, 0}, {750, 0}})
+            << QList<int> {WeldProfile::CompensationEmpty};
+        QTest::newRow("start wire longer than the start phase is cut at LaserOff")
+            << testenv::patched(laserSet(),
+                   {{"wire_feed_enable_start", true}, {"feeding_speed_start", 10},
+                       {"wire_feed_time_start", 5000}, {"feeding_speed_run", 40}})
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
+            << line({{0, 0}, {0, 10}, {300, 10}, {300, 0}, {360, 0}}) << QList<int>();
+        QTest::newRow("missing, mistyped, NaN and negative values draw as 0")
+            << QJsonObject {{"laser_power_weld", "1000"}, {"ramp_value_end", -5},
+                   {"delay_time_end", kNaN}, {"laser_power_start", 100}, {"ramp_value_start", 0},
+                   {"delay_time_start", 0}, {"laser_power_end", 0}}
+            << line({{0, 0}, {200, 0}}) << QPolygonF()
+            << QList<int> {WeldProfile::BadValue, WeldProfile::BadValue, WeldProfile::BadValue,
+                   WeldProfile::StartAboveWeld};
+        QTest::newRow("hand-edited hour-long ramp held at the controller's limit")
+            << testenv::patched(laserSet(), {{"ramp_value_start", 3.6e6}, {"delay_time_start", 0}})
+            << line({{0, 0}, {0, 500}, {60000, 1000}, {90030, 1000}, {90070, 200}, {90090, 200},
+                   {90090, 0}})
+            << QPolygonF() << QList<int>();
+    }
+
+    void profileBreakpoints()
+    {
+        QFETCH(QJsonObject, set);
+        QFETCH(QPolygonF, power);
+        QFETCH(QPolygonF, wire);
+        QFETCH(QList<int>, issues);
+
+        const WeldProfile profile = WeldProfile::fromSet(set);
+        QCOMPARE(profile.power, power);
+        QCOMPARE(profile.wire, wire);
+        QCOMPARE(issuesOf(profile), issues);
+        QCOMPARE(profile.hint().isEmpty(), issues.isEmpty());
+    }
+
+    void matchingValueAt_data()
+    {
+        QTest::addColumn<Nodes>("nodes");
+        QTest::addColumn<double>("speed");
+        QTest::addColumn<double>("power");
+
+        const Nodes rising {{5, 800, 0, 0}, {10, 1200, 0, 0}, {20, 1800, 0, 0}, {30, 2400, 0, 0}};
+        QTest::newRow("between two nodes") << rising << 15.0 << 1500.0;
+        QTest::newRow("on a node") << rising << 10.0 << 1200.0;
+        QTest::newRow("below the first node: held") << rising << 2.0 << 800.0;
+        QTest::newRow("above the last node: held") << rising << 40.0 << 2400.0;
+        QTest::newRow("nodes out of order are taken by speed")
+            << Nodes {{20, 1800, 0, 0}, {5, 800, 0, 0}, {30, 2400, 0, 0}, {10, 1200, 0, 0}} << 25.0
+            << 2100.0;
+        QTest::newRow("equal speeds make a step, no division by zero")
+            << Nodes {{10, 1000, 0, 0}, {10, 2000, 0, 0}, {20, 3000, 0, 0}} << 15.0 << 2500.0;
+        QTest::newRow("negative and NaN values count 0")
+            << Nodes {{-5, kNaN, 0, 0}, {10, 1000, 0, 0}} << 5.0 << 500.0;
+        QTest::newRow("no nodes") << Nodes() << 5.0 << 0.0;
+    }
+
+    void matchingValueAt()
+    {
+        QFETCH(Nodes, nodes);
+        QFETCH(double, speed);
+        QFETCH(double, power);
+
+        QCOMPARE(MatchingCurve(nodes).valueAt(MatchingCurve::Power, speed), power);
+    }
+
+    void matchingRefusal_data()
+    {
+        QTest::addColumn<Nodes>("nodes");
+        QTest::addColumn<bool>("powerChecked");
+        QTest::addColumn<int>("node");
+        QTest::addColumn<int>("column");
+
+        const Nodes rising {
+            {5, 800, 2000, 40}, {10, 1200, 3000, 60}, {20, 1800, 4000, 80}, {30, 2400, 5000, 100}};
+        QTest::newRow("all rising") << rising << true << -1 << 0;
+        Nodes equalSpeeds = rising;
+        equalSpeeds[2][0] = 10;
+        QTest::newRow("equal speeds refuse the later node") << equalSpeeds << true << 2 << 0;
+        Nodes fallingPower = equalSpeeds;
+        fallingPower[2][1] = 1000;
+        QTest::newRow("power before speed") << fallingPower << true << 2 << 1;
+        QTest::newRow("power not checked when switched off") << fallingPower << false << 2 << 0;
+    }
+
+    void matchingRefusal()
+    {
+        QFETCH(Nodes, nodes);
+        QFETCH(bool, powerChecked);
+        QFETCH(int, node);
+        QFETCH(int, column);
+
+        const auto refusal = MatchingCurve::firstRefusal(nodes, {true, powerChecked, true, true});
+        QCOMPARE(refusal.node, node);
+        if (node >= 0)
+            QCOMPARE(int(refusal.column), column);
+    }
+
+    void fitDeviations_data()
+    {
+        QTest::addColumn<QVector<QPointF>>("nodes");
+        QTest::addColumn<double>("slope");
+        QTest::addColumn<double>("intercept");
+        QTest::addColumn<QVector<double>>("deviations");
+        QTest::addColumn<QVector<double>>("percents");
+        QTest::addColumn<int>("largest");
+        QTest::addColumn<double>("rSquared");
+
+        // Mean 15.5: total squares 240.25 + 30.25 + 42.25 + 210.25 = 523, residual squares 4.
+        QTest::newRow("one node 10 % off the line")
+            << QVector<QPointF> {{0, 0}, {1, 10}, {2, 22}, {3, 30}} << 10.0 << 0.0
+            << QVector<double> {0, 0, 2, 0} << QVector<double> {kNaN, 0, 10, 0} << 2
+            << 1.0 - 4.0 / 523.0;
+        QTest::newRow("equal deviations: the first is the largest")
+            << QVector<QPointF> {{0, 1}, {1, 3}} << 2.0 << 0.0 << QVector<double> {1, 1}
+            << QVector<double> {kNaN, 50} << 0 << 1.0 - 2.0 / 2.0;
+        QTest::newRow("all values equal: no R²")
+            << QVector<QPointF> {{0, 5}, {1, 5}} << 1.0 << 0.0 << QVector<double> {5, 4}
+            << QVector<double> {kNaN, 400} << 0 << kNaN;
+    }
+
+    void fitDeviations()
+    {
+        QFETCH(QVector<QPointF>, nodes);
+        QFETCH(double, slope);
+        QFETCH(double, intercept);
+        QFETCH(QVector<double>, deviations);
+        QFETCH(QVector<double>, percents);
+        QFETCH(int, largest);
+        QFETCH(double, rSquared);
+
+        const FitQuality quality = FitQuality::of(nodes, slope, intercept);
+        QVERIFY(quality.usable);
+        QCOMPARE(quality.deviations, deviations);
+        QCOMPARE(quality.percents.size(), percents.size());
+        for (int i = 0; i < percents.size(); ++i)
+            QVERIFY2(sameOrBothNaN(quality.percents.at(i), percents.at(i)),
+                qPrintable(QString::number(i)));
+        QCOMPARE(quality.largest, largest);
+        QVERIFY(sameOrBothNaN(quality.rSquared, rSquared));
+    }
 };
-
-void TestPreviewArithmetic::profileBreakpoints_data()
-{
-    QTest::addColumn<QJsonObject>("set");
-    QTest::addColumn<QPolygonF>("power");
-    QTest::addColumn<QPolygonF>("wire");
-    QTest::addColumn<QList<int>>("issues");
-
-    QTest::newRow("end ramp within the laser off delay")
-        << laserSet()
-        << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
-        << QPolygonF() << QList<int>();
-    QTest::newRow("end ramp longer than the delay is cut at laser off")
-        << withValues(laserSet(), {{"ramp_value_end", 100}, {"delay_time_end", 50}})
-        << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {350, 600}, {350, 0}}) << QPolygonF()
-        << QList<int> {WeldProfile::RampDownCut};
-    QTest::newRow("no ramps or delays: start and end powers never reached")
-        << QJsonObject {{"laser_power_start", 1200}, {"ramp_value_start", 0},
-               {"delay_time_start", 0}, {"laser_power_weld", 1000}, {"laser_power_end", 1100},
-               {"ramp_value_end", 0}, {"delay_time_end", 0}}
-        << line({{0, 0}, {0, 1000}, {200, 1000}, {200, 0}}) << QPolygonF()
-        << QList<int> {WeldProfile::StartAboveWeld, WeldProfile::EndAboveWeld};
-    QTest::newRow("wire start, end feed, retract, compensation after its delay")
-        << withValues(laserSet(),
-               {{"wire_feed_enable_start", true}, {"feeding_speed_start", 10},
-                   {"wire_feed_time_start", 150}, {"feeding_speed_run", 40},
-                   {"wire_feed_enable_end", true}, {"wire_speed_end", 20},
-                   {"wire_feed_time_end", 100}, {"wire_retraction_end", true},
-                   {"wire_retract_end", 30}, {"wire_retract_time_end", 200},
-                   {"wire_fill_com_end", true}, {"fill_delay_time_end", 50},
-                   {"fill_wire_speed_end", 0}, {"fill_wire_time_end", 100}})
-        << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0},
-               {750, 0}})
-        << line({{0, 0}, {0, 10}, {150, 10}, {150, 40}, {300, 40}, {300, 20}, {400, 20}, {400, -30},
-               {600, -30}, {600, 0}, {650, 0}, {750, 0}})
-        << QList<int> {WeldProfile::CompensationEmpty};
-    QTest::newRow("start wire longer than the start phase is cut at LaserOff")
-        << withValues(laserSet(),
-               {{"wire_feed_enable_start", true}, {"feeding_speed_start", 10},
-                   {"wire_feed_time_start", 5000}, {"feeding_speed_run", 40}})
-        << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
-        << line({{0, 0}, {0, 10}, {300, 10}, {300, 0}, {360, 0}}) << QList<int>();
-    QTest::newRow("missing, mistyped, NaN and negative values draw as 0")
-        << QJsonObject {{"laser_power_weld", "1000"}, {"ramp_value_end", -5},
-               {"delay_time_end", kNaN}, {"laser_power_start", 100}, {"ramp_value_start", 0},
-               {"delay_time_start", 0}, {"laser_power_end", 0}}
-        << line({{0, 0}, {200, 0}}) << QPolygonF()
-        << QList<int> {WeldProfile::BadValue, WeldProfile::BadValue, WeldProfile::BadValue,
-               WeldProfile::StartAboveWeld};
-    QTest::newRow("hand-edited hour-long ramp held at the controller's limit")
-        << withValues(laserSet(), {{"ramp_value_start", 3.6e6}, {"delay_time_start", 0}})
-        << line({{0, 0}, {0, 500}, {60000, 1000}, {90030, 1000}, {90070, 200}, {90090, 200},
-               {90090, 0}})
-        << QPolygonF() << QList<int>();
-}
-
-void TestPreviewArithmetic::profileBreakpoints()
-{
-    QFETCH(QJsonObject, set);
-    QFETCH(QPolygonF, power);
-    QFETCH(QPolygonF, wire);
-    QFETCH(QList<int>, issues);
-
-    const WeldProfile profile = WeldProfile::fromSet(set);
-    QCOMPARE(profile.power, power);
-    QCOMPARE(profile.wire, wire);
-    QCOMPARE(issuesOf(profile), issues);
-    QCOMPARE(profile.hint().isEmpty(), issues.isEmpty());
-}
-
-void TestPreviewArithmetic::matchingValueAt_data()
-{
-    QTest::addColumn<Nodes>("nodes");
-    QTest::addColumn<double>("speed");
-    QTest::addColumn<double>("power");
-
-    const Nodes rising {{5, 800, 0, 0}, {10, 1200, 0, 0}, {20, 1800, 0, 0}, {30, 2400, 0, 0}};
-    QTest::newRow("between two nodes") << rising << 15.0 << 1500.0;
-    QTest::newRow("on a node") << rising << 10.0 << 1200.0;
-    QTest::newRow("below the first node: held") << rising << 2.0 << 800.0;
-    QTest::newRow("above the last node: held") << rising << 40.0 << 2400.0;
-    QTest::newRow("nodes out of order are taken by speed")
-        << Nodes {{20, 1800, 0, 0}, {5, 800, 0, 0}, {30, 2400, 0, 0}, {10, 1200, 0, 0}} << 25.0
-        << 2100.0;
-    QTest::newRow("equal speeds make a step, no division by zero")
-        << Nodes {{10, 1000, 0, 0}, {10, 2000, 0, 0}, {20, 3000, 0, 0}} << 15.0 << 2500.0;
-    QTest::newRow("negative and NaN values count 0")
-        << Nodes {{-5, kNaN, 0, 0}, {10, 1000, 0, 0}} << 5.0 << 500.0;
-    QTest::newRow("no nodes") << Nodes() << 5.0 << 0.0;
-}
-
-void TestPreviewArithmetic::matchingValueAt()
-{
-    QFETCH(Nodes, nodes);
-    QFETCH(double, speed);
-    QFETCH(double, power);
-
-    QCOMPARE(MatchingCurve(nodes).valueAt(MatchingCurve::Power, speed), power);
-}
-
-void TestPreviewArithmetic::matchingRefusal_data()
-{
-    QTest::addColumn<Nodes>("nodes");
-    QTest::addColumn<bool>("powerChecked");
-    QTest::addColumn<int>("node");
-    QTest::addColumn<int>("column");
-
-    const Nodes rising {
-        {5, 800, 2000, 40}, {10, 1200, 3000, 60}, {20, 1800, 4000, 80}, {30, 2400, 5000, 100}};
-    QTest::newRow("all rising") << rising << true << -1 << 0;
-    Nodes equalSpeeds = rising;
-    equalSpeeds[2][0] = 10;
-    QTest::newRow("equal speeds refuse the later node") << equalSpeeds << true << 2 << 0;
-    Nodes fallingPower = equalSpeeds;
-    fallingPower[2][1] = 1000;
-    QTest::newRow("power before speed") << fallingPower << true << 2 << 1;
-    QTest::newRow("power not checked when switched off") << fallingPower << false << 2 << 0;
-}
-
-void TestPreviewArithmetic::matchingRefusal()
-{
-    QFETCH(Nodes, nodes);
-    QFETCH(bool, powerChecked);
-    QFETCH(int, node);
-    QFETCH(int, column);
-
-    const auto refusal = MatchingCurve::firstRefusal(nodes, {true, powerChecked, true, true});
-    QCOMPARE(refusal.node, node);
-    if (node >= 0)
-        QCOMPARE(int(refusal.column), column);
-}
-
-void TestPreviewArithmetic::fitDeviations_data()
-{
-    QTest::addColumn<QVector<QPointF>>("nodes");
-    QTest::addColumn<double>("slope");
-    QTest::addColumn<double>("intercept");
-    QTest::addColumn<QVector<double>>("deviations");
-    QTest::addColumn<QVector<double>>("percents");
-    QTest::addColumn<int>("largest");
-    QTest::addColumn<double>("rSquared");
-
-    // Mean 15.5: total squares 240.25 + 30.25 + 42.25 + 210.25 = 523, residual squares 4.
-    QTest::newRow("one node 10 % off the line")
-        << QVector<QPointF> {{0, 0}, {1, 10}, {2, 22}, {3, 30}} << 10.0 << 0.0
-        << QVector<double> {0, 0, 2, 0} << QVector<double> {kNaN, 0, 10, 0} << 2
-        << 1.0 - 4.0 / 523.0;
-    QTest::newRow("equal deviations: the first is the largest")
-        << QVector<QPointF> {{0, 1}, {1, 3}} << 2.0 << 0.0 << QVector<double> {1, 1}
-        << QVector<double> {kNaN, 50} << 0 << 1.0 - 2.0 / 2.0;
-    QTest::newRow("all values equal: no R²")
-        << QVector<QPointF> {{0, 5}, {1, 5}} << 1.0 << 0.0 << QVector<double> {5, 4}
-        << QVector<double> {kNaN, 400} << 0 << kNaN;
-}
-
-void TestPreviewArithmetic::fitDeviations()
-{
-    QFETCH(QVector<QPointF>, nodes);
-    QFETCH(double, slope);
-    QFETCH(double, intercept);
-    QFETCH(QVector<double>, deviations);
-    QFETCH(QVector<double>, percents);
-    QFETCH(int, largest);
-    QFETCH(double, rSquared);
-
-    const FitQuality quality = FitQuality::of(nodes, slope, intercept);
-    QVERIFY(quality.usable);
-    QCOMPARE(quality.deviations, deviations);
-    QCOMPARE(quality.percents.size(), percents.size());
-    for (int i = 0; i < percents.size(); ++i)
-        QVERIFY2(
-            sameOrBothNaN(quality.percents.at(i), percents.at(i)), qPrintable(QString::number(i)));
-    QCOMPARE(quality.largest, largest);
-    QVERIFY(sameOrBothNaN(quality.rSquared, rSquared));
-}
 
 QTEST_MAIN(TestPreviewArithmetic)
 #include "tst_previewarithmetic.moc"

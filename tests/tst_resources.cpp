@@ -47,43 +47,41 @@ class TestResources : public QObject
 
 private slots:
     void initTestCase() { testenv::initPluginResources(); }
-    void scanFindsTheKnownUses();
-    void pathResolves_data();
-    void pathResolves();
-};
 
-void TestResources::scanFindsTheKnownUses()
-{
-    // Guards the scan itself: a broken pattern would leave pathResolves with no rows.
-    const QMap<QString, QString> found = scanSources();
-    QVERIFY(found.contains(QStringLiteral(":/png/meanlist/LaserWeldIO.png")));
-    QVERIFY(found.contains(QStringLiteral(":/png/phybutton/gasPressed.png")));
-    QVERIFY(found.contains(QStringLiteral(":/kellaserweld/render/sub_page.json")));
-}
-
-void TestResources::pathResolves_data()
-{
-    QTest::addColumn<QString>("path");
-    const QMap<QString, QString> found = scanSources();
-    for (auto it = found.constBegin(); it != found.constEnd(); ++it)
-        QTest::addRow("%s in %s", qPrintable(it.key()), qPrintable(it.value())) << it.key();
-    // Named by the host or built from parts rather than written out in the plug-in's code.
-    QTest::newRow("translation") << QStringLiteral(":/kellaserweld/language/kellaserweld_cn.qm");
-    QTest::newRow("style image token")
-        << kellaser::StyleDescription().token(QStringLiteral("$image$")).mid(4).chopped(1);
-}
-
-void TestResources::pathResolves()
-{
-    QFETCH(QString, path);
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(path));
-    QVERIFY(file.size() > 0);
-    if (path.endsWith(QLatin1String(".png"))) {
-        QImageReader reader(path);
-        QVERIFY2(!reader.read().isNull(), qPrintable(reader.errorString()));
+    void scanFindsTheKnownUses()
+    {
+        // Guards the scan itself: a broken pattern would leave pathResolves with no rows.
+        const QMap<QString, QString> found = scanSources();
+        QVERIFY(found.contains(QStringLiteral(":/png/meanlist/LaserWeldIO.png")));
+        QVERIFY(found.contains(QStringLiteral(":/png/phybutton/gasPressed.png")));
+        QVERIFY(found.contains(QStringLiteral(":/kellaserweld/render/sub_page.json")));
     }
-}
+
+    void pathResolves_data()
+    {
+        QTest::addColumn<QString>("path");
+        const QMap<QString, QString> found = scanSources();
+        for (auto it = found.constBegin(); it != found.constEnd(); ++it)
+            QTest::addRow("%s in %s", qPrintable(it.key()), qPrintable(it.value())) << it.key();
+        // Named by the host or built from parts rather than written out in the plug-in's code.
+        QTest::newRow("translation")
+            << QStringLiteral(":/kellaserweld/language/kellaserweld_cn.qm");
+        QTest::newRow("style image token")
+            << kellaser::StyleDescription().token(QStringLiteral("$image$")).mid(4).chopped(1);
+    }
+
+    void pathResolves()
+    {
+        QFETCH(QString, path);
+        QFile file(path);
+        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(path));
+        QVERIFY(file.size() > 0);
+        if (path.endsWith(QLatin1String(".png"))) {
+            QImageReader reader(path);
+            QVERIFY2(!reader.read().isNull(), qPrintable(reader.errorString()));
+        }
+    }
+};
 
 QTEST_MAIN(TestResources)
 #include "tst_resources.moc"

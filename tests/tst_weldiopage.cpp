@@ -22,13 +22,6 @@ QJsonObject validRecord()
     return QJsonObject {{"laser_enable_port", "DO1"}, {"gas_protect_port", "DO2"}};
 }
 
-QJsonObject patched(QJsonObject record, const QJsonObject &patch)
-{
-    for (auto it = patch.begin(); it != patch.end(); ++it)
-        record.insert(it.key(), it.value());
-    return record;
-}
-
 QStringList items(const QComboBox *combo)
 {
     QStringList texts;
@@ -43,354 +36,327 @@ class TestWeldioPage : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
-
-    void saveChecks_data();
-    void saveChecks();
-    void editsStayAfterFailedSave();
-    void showFillsEveryPortListWithAnEmptyFirstItem();
-    void typeChangeRefillsWithoutEmptyItem_data();
-    void typeChangeRefillsWithoutEmptyItem();
-    void loading_data();
-    void loading();
-    void retractCaption_data();
-    void retractCaption();
-    void editLock_data();
-    void editLock();
-    void rowSwitchEnablesItsRow_data();
-    void rowSwitchEnablesItsRow();
-    void cancelReloadsTheRecord();
-    void recordHoldsTheWholeKeySet();
-
 private:
     ScriptedController *m_controller = nullptr;
     RecordingShell *m_shell = nullptr;
+
+private slots:
+    void init()
+    {
+        m_controller = new ScriptedController;
+        m_shell = new RecordingShell;
+        m_controller->ports = {
+            {"DO", {"DO10", "DO2", "DO1", "DO3", "DO4", "IO7"}},
+            {"DI", {"DI1", "DI2", "DI3", "IO7"}},
+            {"AO", {"AO2", "AO1", "P1"}},
+            {"GO", {"GO1", "GO2", "P1"}},
+            {"AI", {"AI1", "AI2"}},
+            {"GI", {"GI1", "GI2"}},
+        };
+        m_controller->serviceData["weld_io_config"] = validRecord();
+    }
+
+    void cleanup()
+    {
+        delete m_shell;
+        delete m_controller;
+    }
+
+    void saveChecks_data()
+    {
+        QTest::addColumn<QJsonObject>("patch");
+        QTest::addColumn<QString>("message");
+
+        const QString saved = QStringLiteral("Saved successfully");
+        const QString empty
+            = QStringLiteral("There is an empty port. Please check and reconfigure!");
+        QTest::newRow("valid record saves") << QJsonObject() << saved;
+        QTest::newRow("two enabled outputs on one port") << QJsonObject {{"red_light_port", "DO3"},
+            {"red_light_enabled", true}, {"wire_feed_port", "DO3"},
+            {"wire_feed_enabled", true}} << "Port DO3 is already in use, save failed!";
+        QTest::newRow("duplicate port on a switched-off row") << QJsonObject {
+            {"red_light_port", "DO3"}, {"red_light_enabled", true}, {"wire_feed_port", "DO3"},
+            {"wire_feed_enabled", false}} << saved;
+        QTest::newRow("laser on and assist gas always checked") << QJsonObject {
+            {"gas_protect_port", "DO1"}} << "Port DO1 is already in use, save failed!";
+        QTest::newRow("two enabled inputs on one port") << QJsonObject {{"laser_alarm_port", "DI2"},
+            {"laser_alarm_enabled", true}, {"external_alarm_port", "DI2"},
+            {"external_alarm_enabled", true}} << "Port DI2 is already in use, save failed!";
+        QTest::newRow("same port as output and input")
+            << QJsonObject {{"descent_signal_port", "IO7"}, {"descent_signal_enabled", true},
+                   {"laser_alarm_port", "IO7"}, {"laser_alarm_enabled", true}}
+            << saved;
+        QTest::newRow("same port text on analog and group type")
+            << QJsonObject {{"power_type", 0}, {"power_port", "P1"}, {"power_enabled", true},
+                   {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
+            << saved;
+        QTest::newRow("same port text on the same type")
+            << QJsonObject {{"power_type", 1}, {"power_port", "P1"}, {"power_enabled", true},
+                   {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
+            << "Port P1 is already in use, save failed!";
+        QTest::newRow("empty assist gas") << QJsonObject {{"gas_protect_port", ""}} << empty;
+        QTest::newRow("enabled row without port")
+            << QJsonObject {{"wire_feeder_alarm_enabled", true}} << empty;
+        QTest::newRow("disabled row without port")
+            << QJsonObject {{"red_light_enabled", false}} << saved;
+        QTest::newRow("duplicate reported before empty")
+            << QJsonObject {{"gas_protect_port", "DO1"}, {"red_light_enabled", true}}
+            << "Port DO1 is already in use, save failed!";
+    }
+
+    void saveChecks()
+    {
+        QFETCH(QJsonObject, patch);
+        QFETCH(QString, message);
+
+        m_controller->serviceData["weld_io_config"] = testenv::patched(validRecord(), patch);
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+        page.findChild<QPushButton *>("pushButton_Save")->click();
+
+        QCOMPARE(m_shell->messageTexts(), QStringList {message});
+        const bool saved = message == QStringLiteral("Saved successfully");
+        QCOMPARE(m_controller->sentCommands(),
+            saved ? QStringList {"set_weld_io_config"} : QStringList());
+        if (saved) {
+            const QJsonObject sent = m_controller->sent.first().value.toObject();
+            QCOMPARE(sent, page.record());
+            // A row that is off keeps its empty port in the record.
+            QCOMPARE(
+                sent.value("red_light_port").toString(), patch.value("red_light_port").toString());
+        } else {
+            QCOMPARE(m_shell->messages.first().level, 2);
+        }
+    }
+
+    void editsStayAfterRefusedSave()
+    {
+        m_controller->repliesByCommand["set_weld_io_config"]
+            = ScriptedController::reply("set_weld_io_config", 4);
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+        auto *gas = page.findChild<QComboBox *>("comboBox_gas_protect_port");
+        gas->setCurrentText("DO4");
+        page.findChild<QPushButton *>("pushButton_Save")->click();
+        QCOMPARE(m_shell->messageTexts(2),
+            QStringList {"Save failed. Please check the parameter configuration."});
+        QCOMPARE(gas->currentText(), QStringLiteral("DO4"));
+    }
+
+    void showFillsEveryPortListWithAnEmptyFirstItem()
+    {
+        m_controller->serviceData["weld_io_config"]
+            = testenv::patched(validRecord(), {{"power_type", 1}, {"power_feedback_type", 0}});
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+
+        const QStringList digitalOutputs {"", "DO1", "DO2", "DO3", "DO4", "DO10", "IO7"};
+        QCOMPARE(items(page.findChild<QComboBox *>("comboBox_laser_enable_port")), digitalOutputs);
+        QCOMPARE(
+            items(page.findChild<QComboBox *>("comboBox_descent_signal_port")), digitalOutputs);
+        QCOMPARE(items(page.findChild<QComboBox *>("comboBox_external_alarm_port")),
+            (QStringList {"", "DI1", "DI2", "DI3", "IO7"}));
+        QCOMPARE(items(page.findChild<QComboBox *>("comboBox_frequency_port")),
+            (QStringList {"", "AO1", "AO2", "P1"}));
+        QCOMPARE(items(page.findChild<QComboBox *>("comboBox_power_feedback_port")),
+            (QStringList {"", "AI1", "AI2"}));
+    }
+
+    void typeChangeRefillsWithoutEmptyItem_data()
+    {
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QStringList>("expected");
+
+        QTest::newRow("power to group") << "power" << 1 << QStringList {"GO1", "GO2", "P1"};
+    }
+
+    void typeChangeRefillsWithoutEmptyItem()
+    {
+        QFETCH(QString, row);
+        QFETCH(int, type);
+        QFETCH(QStringList, expected);
+
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+        auto *selector = page.findChild<QComboBox *>("comboBox_" + row + "_type");
+        auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
+        const QStringList analog = items(port).mid(1);
+        selector->setCurrentIndex(type);
+        QCOMPARE(items(port), expected);
+        QCOMPARE(port->currentIndex(), 0);
+        selector->setCurrentIndex(0);
+        QCOMPARE(items(port), analog);
+    }
+
+    void loading_data()
+    {
+        QTest::addColumn<QJsonValue>("record");
+        QTest::addColumn<QString>("laserPort");
+        QTest::addColumn<int>("powerType");
+        QTest::addColumn<QString>("powerPort");
+        QTest::addColumn<int>("powerPorts"); // -1: not checked
+
+        const auto with = [](const QJsonObject &patch) {
+            return QJsonValue(testenv::patched(validRecord(), patch));
+        };
+        // The type is set before the port, and its refill drops the empty first item.
+        QTest::newRow("stored type equals the selector")
+            << with({{"power_port", ""}}) << "DO1" << 0 << "" << 4;
+        QTest::newRow("stored type changes the list")
+            << with({{"power_type", 1}, {"power_port", "GO2"}}) << "DO1" << 1 << "GO2" << 3;
+        QTest::newRow("changed type and empty port selects the first port")
+            << with({{"power_type", 1}, {"power_port", ""}}) << "DO1" << 1 << "GO1" << 3;
+        QTest::newRow("port of the other kind stays on the first")
+            << with({{"power_type", 1}, {"power_port", "AO2"}}) << "DO1" << 1 << "GO1" << 3;
+        QTest::newRow("unknown port keeps the empty item")
+            << QJsonValue(QJsonObject {{"laser_enable_port", "DO99"}}) << "" << 0 << "" << 4;
+        QTest::newRow("wrong types") << QJsonValue(
+            QJsonObject {{"laser_enable_port", 3}, {"power_type", "1"}, {"power_enabled", "yes"}})
+                                     << "" << 0 << "" << 4;
+        QTest::newRow("type beyond the selector")
+            << QJsonValue(QJsonObject {{"laser_enable_port", "DO4"}, {"power_type", 1e12}}) << "DO4"
+            << 0 << "" << 4;
+        QTest::newRow("selector index out of range")
+            << QJsonValue(QJsonObject {{"power_type", 7}}) << "" << -1 << "" << -1;
+    }
+
+    void loading()
+    {
+        QFETCH(QJsonValue, record);
+        QFETCH(QString, laserPort);
+        QFETCH(int, powerType);
+        QFETCH(QString, powerPort);
+        QFETCH(int, powerPorts);
+
+        m_controller->serviceData["weld_io_config"] = record;
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+        QCOMPARE(
+            page.findChild<QComboBox *>("comboBox_laser_enable_port")->currentText(), laserPort);
+        QCOMPARE(page.findChild<QComboBox *>("comboBox_power_type")->currentIndex(), powerType);
+        auto *port = page.findChild<QComboBox *>("comboBox_power_port");
+        if (powerPorts >= 0) {
+            QCOMPARE(port->currentText(), powerPort);
+            QCOMPARE(port->count(), powerPorts);
+        }
+        QVERIFY(m_controller->sent.isEmpty());
+    }
+
+    void retractCaption_data()
+    {
+        QTest::addColumn<QJsonValue>("settings");
+        QTest::addColumn<QString>("caption");
+
+        QTest::newRow("no wire feed type") << QJsonValue(QJsonObject()) << "Retract";
+        QTest::newRow("retraction") << QJsonValue(QJsonObject {{"wire_feed_type", 0}}) << "Retract";
+        QTest::newRow("direction")
+            << QJsonValue(QJsonObject {{"wire_feed_type", 1}}) << "Direction";
+        QTest::newRow("not an object keeps the caption") << QJsonValue(5) << "Wire back feed";
+    }
+
+    void retractCaption()
+    {
+        QFETCH(QJsonValue, settings);
+        QFETCH(QString, caption);
+
+        m_controller->serviceData["weld_setting_config"] = settings;
+        WeldSettingPage settingPage;
+        WeldioPage page(&settingPage);
+        page.show();
+        QCOMPARE(page.findChild<QLabel *>("label_retract_direction")->text(), caption);
+    }
+
+    void editLock_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<bool>("welding");
+        QTest::addColumn<bool>("enabled");
+
+        QTest::newRow("level 3, welding off") << 3 << false << true;
+        QTest::newRow("level 3, welding on") << 3 << true << false;
+        QTest::newRow("level 2, welding off") << 2 << false << false;
+    }
+
+    void editLock()
+    {
+        QFETCH(int, level);
+        QFETCH(bool, welding);
+        QFETCH(bool, enabled);
+
+        m_controller->userLevel = level;
+        WeldSettingPage settings;
+        settings.mainSwitch()->setOn(welding, false);
+        WeldioPage page(&settings);
+        page.show();
+        QCOMPARE(page.isEnabled(), enabled);
+    }
+
+    void rowSwitchEnablesItsRow_data()
+    {
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<QString>("enableKey");
+        QTest::addColumn<QString>("kind");
+
+        QTest::newRow("selector row") << "power"
+                                      << "power_enabled"
+                                      << "comboBox_power_type";
+        QTest::newRow("adhesion row with its odd key") << "adhesion_detection_en"
+                                                       << "adhesion_detection_enabled"
+                                                       << "label_adhesion_detection_en_kind";
+    }
+
+    void rowSwitchEnablesItsRow()
+    {
+        QFETCH(QString, row);
+        QFETCH(QString, enableKey);
+        QFETCH(QString, kind);
+
+        m_controller->serviceData["weld_io_config"]
+            = testenv::patched(validRecord(), {{enableKey, true}});
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+        auto *caption = page.findChild<QLabel *>("label_" + row);
+        auto *kindWidget = page.findChild<QWidget *>(kind);
+        auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
+        QVERIFY(caption->isEnabled() && kindWidget->isEnabled() && port->isEnabled());
+
+        QTest::mouseClick(
+            page.findChild<SwitchButton *>("pushButton_" + enableKey), Qt::LeftButton);
+        QVERIFY(!caption->isEnabled() && !kindWidget->isEnabled() && !port->isEnabled());
+        QVERIFY(m_controller->sent.isEmpty());
+    }
+
+    void cancelReloadsTheRecord()
+    {
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        page.show();
+        auto *laser = page.findChild<QComboBox *>("comboBox_laser_enable_port");
+        laser->setCurrentText("DO4");
+        m_controller->serviceData["weld_io_config"]
+            = testenv::patched(validRecord(), {{"power_enabled", true}});
+        page.findChild<QPushButton *>("pushButton_Cancel")->click();
+        QCOMPARE(laser->currentText(), QStringLiteral("DO1"));
+        QVERIFY(page.findChild<SwitchButton *>("pushButton_power_enabled")->isOn());
+        QCOMPARE(m_shell->messageTexts(0), QStringList {"Cancel successful"});
+        QVERIFY(m_controller->sent.isEmpty());
+    }
+
+    void recordHoldsTheWholeKeySet()
+    {
+        WeldSettingPage settings;
+        WeldioPage page(&settings);
+        // The controller's record and the page's must hold the same keys.
+        QCOMPARE(page.record().keys(), kelcontroller::FactoryRecords::ioConfig().keys());
+    }
 };
-
-void TestWeldioPage::init()
-{
-    m_controller = new ScriptedController;
-    m_shell = new RecordingShell;
-    m_controller->ports = {
-        {"DO", {"DO10", "DO2", "DO1", "DO3", "DO4", "IO7"}},
-        {"DI", {"DI1", "DI2", "DI3", "IO7"}},
-        {"AO", {"AO2", "AO1", "P1"}},
-        {"GO", {"GO1", "GO2", "P1"}},
-        {"AI", {"AI1", "AI2"}},
-        {"GI", {"GI1", "GI2"}},
-    };
-    m_controller->serviceData["weld_io_config"] = validRecord();
-}
-
-void TestWeldioPage::cleanup()
-{
-    delete m_shell;
-    delete m_controller;
-}
-
-void TestWeldioPage::saveChecks_data()
-{
-    QTest::addColumn<QJsonObject>("patch");
-    QTest::addColumn<QString>("message");
-
-    const QString saved = QStringLiteral("Saved successfully");
-    const QString empty = QStringLiteral("There is an empty port. Please check and reconfigure!");
-    QTest::newRow("valid record saves") << QJsonObject() << saved;
-    QTest::newRow("two enabled outputs on one port") << QJsonObject {{"red_light_port", "DO3"},
-        {"red_light_enabled", true}, {"wire_feed_port", "DO3"}, {"wire_feed_enabled", true}}
-                                                     << "Port DO3 is already in use, save failed!";
-    QTest::newRow("duplicate port on a switched-off row") << QJsonObject {{"red_light_port", "DO3"},
-        {"red_light_enabled", true}, {"wire_feed_port", "DO3"}, {"wire_feed_enabled", false}}
-                                                          << saved;
-    QTest::newRow("laser on and assist gas always checked")
-        << QJsonObject {{"gas_protect_port", "DO1"}} << "Port DO1 is already in use, save failed!";
-    QTest::newRow("two enabled inputs on one port") << QJsonObject {{"laser_alarm_port", "DI2"},
-        {"laser_alarm_enabled", true}, {"external_alarm_port", "DI2"},
-        {"external_alarm_enabled", true}} << "Port DI2 is already in use, save failed!";
-    QTest::newRow("same port as output and input") << QJsonObject {{"descent_signal_port", "IO7"},
-        {"descent_signal_enabled", true}, {"laser_alarm_port", "IO7"},
-        {"laser_alarm_enabled", true}} << saved;
-    QTest::newRow("same port text on analog and group type")
-        << QJsonObject {{"power_type", 0}, {"power_port", "P1"}, {"power_enabled", true},
-               {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
-        << saved;
-    QTest::newRow("same port text on the same type")
-        << QJsonObject {{"power_type", 1}, {"power_port", "P1"}, {"power_enabled", true},
-               {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
-        << "Port P1 is already in use, save failed!";
-    QTest::newRow("empty assist gas") << QJsonObject {{"gas_protect_port", ""}} << empty;
-    QTest::newRow("enabled row without port")
-        << QJsonObject {{"wire_feeder_alarm_enabled", true}} << empty;
-    QTest::newRow("disabled row without port")
-        << QJsonObject {{"red_light_enabled", false}} << saved;
-    QTest::newRow("duplicate reported before empty") << QJsonObject {{"gas_protect_port", "DO1"},
-        {"red_light_enabled", true}} << "Port DO1 is already in use, save failed!";
-}
-
-void TestWeldioPage::saveChecks()
-{
-    QFETCH(QJsonObject, patch);
-    QFETCH(QString, message);
-
-    m_controller->serviceData["weld_io_config"] = patched(validRecord(), patch);
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    page.findChild<QPushButton *>("pushButton_Save")->click();
-
-    QCOMPARE(m_shell->messageTexts(), QStringList {message});
-    const bool saved = message == QStringLiteral("Saved successfully");
-    QCOMPARE(
-        m_controller->sentCommands(), saved ? QStringList {"set_weld_io_config"} : QStringList());
-    if (saved) {
-        const QJsonObject sent = m_controller->sent.first().value.toObject();
-        QCOMPARE(sent, page.record());
-        // A row that is off keeps its empty port in the record.
-        QCOMPARE(sent.value("red_light_port").toString(), patch.value("red_light_port").toString());
-    } else {
-        QCOMPARE(m_shell->messages.first().level, 2);
-    }
-}
-
-void TestWeldioPage::editsStayAfterFailedSave()
-{
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    auto *gas = page.findChild<QComboBox *>("comboBox_gas_protect_port");
-    gas->setCurrentText("DO1");
-    page.findChild<QPushButton *>("pushButton_Save")->click();
-    QCOMPARE(gas->currentText(), QStringLiteral("DO1"));
-    QVERIFY(m_controller->sent.isEmpty());
-
-    m_controller->repliesByCommand["set_weld_io_config"]
-        = ScriptedController::reply("set_weld_io_config", 4);
-    gas->setCurrentText("DO4");
-    testenv::resetLogFile();
-    page.findChild<QPushButton *>("pushButton_Save")->click();
-    QCOMPARE(m_shell->messageTexts().last(),
-        QStringLiteral("Save failed. Please check the parameter configuration."));
-    QCOMPARE(testenv::logTexts(),
-        QStringList {"E|WeldioPage::checkSaveResult failed.  set_weld_io_config  Result: 4"});
-    QCOMPARE(gas->currentText(), QStringLiteral("DO4"));
-}
-
-void TestWeldioPage::showFillsEveryPortListWithAnEmptyFirstItem()
-{
-    m_controller->serviceData["weld_io_config"]
-        = patched(validRecord(), {{"power_type", 1}, {"power_feedback_type", 0}});
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-
-    const QStringList digitalOutputs {"", "DO1", "DO2", "DO3", "DO4", "DO10", "IO7"};
-    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_laser_enable_port")), digitalOutputs);
-    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_descent_signal_port")), digitalOutputs);
-    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_external_alarm_port")),
-        (QStringList {"", "DI1", "DI2", "DI3", "IO7"}));
-    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_frequency_port")),
-        (QStringList {"", "AO1", "AO2", "P1"}));
-    QCOMPARE(items(page.findChild<QComboBox *>("comboBox_power_feedback_port")),
-        (QStringList {"", "AI1", "AI2"}));
-}
-
-void TestWeldioPage::typeChangeRefillsWithoutEmptyItem_data()
-{
-    QTest::addColumn<QString>("row");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QStringList>("expected");
-
-    QTest::newRow("power to group") << "power" << 1 << QStringList {"GO1", "GO2", "P1"};
-    QTest::newRow("wire speed feedback to group")
-        << "wire_speed_feedback" << 1 << QStringList {"GI1", "GI2"};
-}
-
-void TestWeldioPage::typeChangeRefillsWithoutEmptyItem()
-{
-    QFETCH(QString, row);
-    QFETCH(int, type);
-    QFETCH(QStringList, expected);
-
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    auto *selector = page.findChild<QComboBox *>("comboBox_" + row + "_type");
-    auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
-    const QStringList analog = items(port).mid(1);
-    selector->setCurrentIndex(type);
-    QCOMPARE(items(port), expected);
-    QCOMPARE(port->currentIndex(), 0);
-    selector->setCurrentIndex(0);
-    QCOMPARE(items(port), analog);
-}
-
-void TestWeldioPage::loading_data()
-{
-    QTest::addColumn<QJsonValue>("record");
-    QTest::addColumn<QString>("laserPort");
-    QTest::addColumn<int>("powerType");
-    QTest::addColumn<QString>("powerPort");
-    QTest::addColumn<int>("powerPorts"); // -1: not checked
-
-    const auto with
-        = [](const QJsonObject &patch) { return QJsonValue(patched(validRecord(), patch)); };
-    // The type is set before the port, and its refill drops the empty first item.
-    QTest::newRow("stored type equals the selector")
-        << with({{"power_port", ""}}) << "DO1" << 0 << "" << 4;
-    QTest::newRow("stored type changes the list")
-        << with({{"power_type", 1}, {"power_port", "GO2"}}) << "DO1" << 1 << "GO2" << 3;
-    QTest::newRow("changed type and empty port selects the first port")
-        << with({{"power_type", 1}, {"power_port", ""}}) << "DO1" << 1 << "GO1" << 3;
-    QTest::newRow("port of the other kind stays on the first")
-        << with({{"power_type", 1}, {"power_port", "AO2"}}) << "DO1" << 1 << "GO1" << 3;
-    QTest::newRow("not an object") << QJsonValue(QJsonArray {1, 2}) << "" << 0 << "" << 4;
-    QTest::newRow("unknown port keeps the empty item")
-        << QJsonValue(QJsonObject {{"laser_enable_port", "DO99"}}) << "" << 0 << "" << 4;
-    QTest::newRow("wrong types") << QJsonValue(
-        QJsonObject {{"laser_enable_port", 3}, {"power_type", "1"}, {"power_enabled", "yes"}})
-                                 << "" << 0 << "" << 4;
-    QTest::newRow("type beyond the selector")
-        << QJsonValue(QJsonObject {{"laser_enable_port", "DO4"}, {"power_type", 1e12}}) << "DO4"
-        << 0 << "" << 4;
-    QTest::newRow("selector index out of range")
-        << QJsonValue(QJsonObject {{"power_type", 7}}) << "" << -1 << "" << -1;
-}
-
-void TestWeldioPage::loading()
-{
-    QFETCH(QJsonValue, record);
-    QFETCH(QString, laserPort);
-    QFETCH(int, powerType);
-    QFETCH(QString, powerPort);
-    QFETCH(int, powerPorts);
-
-    m_controller->serviceData["weld_io_config"] = record;
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    QCOMPARE(page.findChild<QComboBox *>("comboBox_laser_enable_port")->currentText(), laserPort);
-    QCOMPARE(page.findChild<QComboBox *>("comboBox_power_type")->currentIndex(), powerType);
-    auto *port = page.findChild<QComboBox *>("comboBox_power_port");
-    if (powerPorts >= 0) {
-        QCOMPARE(port->currentText(), powerPort);
-        QCOMPARE(port->count(), powerPorts);
-    }
-    QVERIFY(m_controller->sent.isEmpty());
-}
-
-void TestWeldioPage::retractCaption_data()
-{
-    QTest::addColumn<QJsonValue>("settings");
-    QTest::addColumn<QString>("caption");
-
-    QTest::newRow("no wire feed type") << QJsonValue(QJsonObject()) << "Retract";
-    QTest::newRow("retraction") << QJsonValue(QJsonObject {{"wire_feed_type", 0}}) << "Retract";
-    QTest::newRow("direction") << QJsonValue(QJsonObject {{"wire_feed_type", 1}}) << "Direction";
-    QTest::newRow("not an object keeps the caption") << QJsonValue(5) << "Wire back feed";
-}
-
-void TestWeldioPage::retractCaption()
-{
-    QFETCH(QJsonValue, settings);
-    QFETCH(QString, caption);
-
-    m_controller->serviceData["weld_setting_config"] = settings;
-    WeldSettingPage settingPage;
-    WeldioPage page(&settingPage);
-    page.show();
-    QCOMPARE(page.findChild<QLabel *>("label_retract_direction")->text(), caption);
-}
-
-void TestWeldioPage::editLock_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<bool>("welding");
-    QTest::addColumn<bool>("enabled");
-
-    QTest::newRow("level 3, welding off") << 3 << false << true;
-    QTest::newRow("level 3, welding on") << 3 << true << false;
-    QTest::newRow("level 2, welding off") << 2 << false << false;
-}
-
-void TestWeldioPage::editLock()
-{
-    QFETCH(int, level);
-    QFETCH(bool, welding);
-    QFETCH(bool, enabled);
-
-    m_controller->userLevel = level;
-    WeldSettingPage settings;
-    settings.mainSwitch()->setOn(welding, false);
-    WeldioPage page(&settings);
-    page.show();
-    QCOMPARE(page.isEnabled(), enabled);
-}
-
-void TestWeldioPage::rowSwitchEnablesItsRow_data()
-{
-    QTest::addColumn<QString>("row");
-    QTest::addColumn<QString>("enableKey");
-    QTest::addColumn<QString>("kind");
-
-    QTest::newRow("selector row") << "power"
-                                  << "power_enabled"
-                                  << "comboBox_power_type";
-    QTest::newRow("adhesion row with its odd key") << "adhesion_detection_en"
-                                                   << "adhesion_detection_enabled"
-                                                   << "label_adhesion_detection_en_kind";
-}
-
-void TestWeldioPage::rowSwitchEnablesItsRow()
-{
-    QFETCH(QString, row);
-    QFETCH(QString, enableKey);
-    QFETCH(QString, kind);
-
-    m_controller->serviceData["weld_io_config"] = patched(validRecord(), {{enableKey, true}});
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    auto *caption = page.findChild<QLabel *>("label_" + row);
-    auto *kindWidget = page.findChild<QWidget *>(kind);
-    auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
-    auto *number = page.findChild<QLabel *>("label_" + row + "_no");
-    auto *enable = page.findChild<SwitchButton *>("pushButton_" + enableKey);
-    QVERIFY(caption && kindWidget && port && number && enable);
-    QVERIFY(caption->isEnabled() && kindWidget->isEnabled() && port->isEnabled());
-
-    QTest::mouseClick(enable, Qt::LeftButton);
-    QVERIFY(!caption->isEnabled());
-    QVERIFY(!kindWidget->isEnabled());
-    QVERIFY(!port->isEnabled());
-    QVERIFY(number->isEnabled());
-    QVERIFY(enable->isEnabled());
-    QVERIFY(m_controller->sent.isEmpty());
-}
-
-void TestWeldioPage::cancelReloadsTheRecord()
-{
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    page.show();
-    auto *laser = page.findChild<QComboBox *>("comboBox_laser_enable_port");
-    laser->setCurrentText("DO4");
-    m_controller->serviceData["weld_io_config"] = patched(validRecord(), {{"power_enabled", true}});
-    page.findChild<QPushButton *>("pushButton_Cancel")->click();
-    QCOMPARE(laser->currentText(), QStringLiteral("DO1"));
-    QVERIFY(page.findChild<SwitchButton *>("pushButton_power_enabled")->isOn());
-    QCOMPARE(m_shell->messageTexts(0), QStringList {"Cancel successful"});
-    QVERIFY(m_controller->sent.isEmpty());
-}
-
-void TestWeldioPage::recordHoldsTheWholeKeySet()
-{
-    WeldSettingPage settings;
-    WeldioPage page(&settings);
-    // The controller's record and the page's must hold the same keys.
-    QCOMPARE(page.record().keys(), kelcontroller::FactoryRecords::ioConfig().keys());
-}
 
 QTEST_MAIN(TestWeldioPage)
 #include "tst_weldiopage.moc"

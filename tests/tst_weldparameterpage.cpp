@@ -51,16 +51,6 @@ QJsonObject storedSet(const QString &name)
     return set;
 }
 
-QStringList rowTexts(QTableWidget *list, int row)
-{
-    QStringList texts;
-    for (int column = 1; column < list->columnCount(); ++column) {
-        const QTableWidgetItem *item = list->item(row, column);
-        texts.append(item ? item->text() : QStringLiteral("-"));
-    }
-    return texts;
-}
-
 } // namespace
 
 class TestWeldParameterPage : public QObject
@@ -70,340 +60,326 @@ class TestWeldParameterPage : public QObject
 private slots:
     void init() { testenv::resetLogFile(); }
 
-    void listRefresh_data();
-    void listRefresh();
-    void listIsRereadOnEveryShow();
-    void openingNeedsASelectedRow_data();
-    void openingNeedsASelectedRow();
-    void openingASet_data();
-    void openingASet();
-    void savingAnAbsentSetCreatesIt();
-    void savedSetKeepsTheFixedValues();
-    void saveReply_data();
-    void saveReply();
-    void saveChecksTheLevelOfTheMoment();
-    void dependentWidgets_data();
-    void dependentWidgets();
-    void weldModeSwitchesTheWire_data();
-    void weldModeSwitchesTheWire();
-    void profilePreviewFollowsEditsAndNeverBlocksSave();
-};
+    void listRefresh_data()
+    {
+        QTest::addColumn<QJsonObject>("before");
+        QTest::addColumn<QJsonObject>("after");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QStringList>("shown");
 
-void TestWeldParameterPage::listRefresh_data()
-{
-    QTest::addColumn<QJsonObject>("before");
-    QTest::addColumn<QJsonObject>("after");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QStringList>("shown");
-
-    const QJsonObject seven = json(R"({"LsData7": {"welding_speed": 20,
+        const QJsonObject seven = json(R"({"LsData7": {"welding_speed": 20,
         "laser_power_weld": 1500, "feeding_speed_run": 40, "Tips": "root pass"}})");
-    QTest::newRow("set present fills its row")
-        << QJsonObject() << seven << 6 << QStringList {"20", "1500", "40", "root pass"};
-    QTest::newRow("record without LsData7 leaves row 7 as it was")
-        << seven << json(R"({"LsData8": {"welding_speed": 5}})") << 6
-        << QStringList {"20", "1500", "40", "root pass"};
-    QTest::newRow("record that is no object leaves the list")
-        << seven << QJsonObject() << 6 << QStringList {"20", "1500", "40", "root pass"};
-    QTest::newRow("text, fractions and huge numbers show 0")
-        << QJsonObject() << json(R"({"LsData1": {"welding_speed": "20", "laser_power_weld": 1500.5,
+        QTest::newRow("set present fills its row")
+            << QJsonObject() << seven << 6 << QStringList {"20", "1500", "40", "root pass"};
+        QTest::newRow("record without LsData7 leaves row 7 as it was")
+            << seven << json(R"({"LsData8": {"welding_speed": 5}})") << 6
+            << QStringList {"20", "1500", "40", "root pass"};
+        QTest::newRow("text, fractions and huge numbers show 0")
+            << QJsonObject()
+            << json(R"({"LsData1": {"welding_speed": "20", "laser_power_weld": 1500.5,
             "feeding_speed_run": 1e300, "Tips": 7}})")
-        << 0 << QStringList {"0", "0", "0", ""};
-    QTest::newRow("LsData30 is the last row")
-        << QJsonObject() << json(R"({"LsData30": {"welding_speed": 9, "Tips": "last"}})") << 29
-        << QStringList {"9", "0", "0", "last"};
-}
-
-void TestWeldParameterPage::listRefresh()
-{
-    QFETCH(QJsonObject, before);
-    QFETCH(QJsonObject, after);
-    QFETCH(int, row);
-    QFETCH(QStringList, shown);
-    ParamPageFixture t;
-    t.controller.serviceData.insert(kRecord, before);
-    t.page->refreshWeldDataList();
-    t.controller.serviceData.insert(kRecord, after);
-
-    t.page->refreshWeldDataList();
-
-    QCOMPARE(rowTexts(t.child<QTableWidget>("tableWidget_weldData"), row), shown);
-    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->item(row, 0)->text(),
-        QStringLiteral("LsData%1").arg(row + 1));
-}
-
-void TestWeldParameterPage::listIsRereadOnEveryShow()
-{
-    ParamPageFixture t;
-    QJsonObject record;
-    for (int n = 1; n <= 40; ++n)
-        record.insert(QStringLiteral("LsData%1").arg(n), QJsonObject {{"welding_speed", n}});
-    t.controller.serviceData.insert(kRecord, record);
-    t.show();
-    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
-        WeldParameterPage::weldDataSetCount);
-    QCOMPARE(
-        rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 29).first(), QStringLiteral("30"));
-
-    t.controller.serviceData.insert(kRecord, json(R"({"LsData1": {"welding_speed": 77}})"));
-    t.show();
-    QCOMPARE(
-        rowTexts(t.child<QTableWidget>("tableWidget_weldData"), 0).first(), QStringLiteral("77"));
-    // Sets beyond 30 never show up, whatever the record holds.
-    QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
-        WeldParameterPage::weldDataSetCount);
-}
-
-void TestWeldParameterPage::openingNeedsASelectedRow_data()
-{
-    QTest::addColumn<int>("tab");
-    QTest::newRow("weld data tab") << 0;
-    QTest::newRow("matching tab") << 1;
-}
-
-void TestWeldParameterPage::openingNeedsASelectedRow()
-{
-    QFETCH(int, tab);
-    ParamPageFixture t;
-    t.show();
-    t.child<QTabWidget>("tabWidget")->setCurrentIndex(tab);
-
-    t.child<QPushButton>("pushButton_detailed")->click();
-
-    QCOMPARE(testenv::shownMessages(t.shell), QStringList {kNoSelection});
-    QCOMPARE(t.stackPage(), int(WeldParameterPage::MainPage));
-    QVERIFY(t.controller.sent.isEmpty());
-}
-
-void TestWeldParameterPage::openingASet_data()
-{
-    QTest::addColumn<QJsonObject>("record");
-    QTest::addColumn<int>("power");
-    QTest::addColumn<QString>("tips");
-    QTest::addColumn<bool>("stickDetect");
-    QTest::addColumn<int>("wireMode");
-
-    QTest::newRow("stored set") << QJsonObject {{"LsData12", storedSet("LsData12")}} << 2500
-                                << "Steel 2 mm" << false << 2;
-    QTest::newRow("absent set gives the defaults")
-        << QJsonObject {{"LsData11", storedSet("LsData11")}} << 1500 << "" << true << 0;
-    QTest::newRow("absent keys give 0, off and empty")
-        << json(R"({"LsData12": {"welding_speed": 30}})") << 0 << "" << false << 0;
-    QTest::newRow("wire mode one past the last falls back to the first")
-        << json(R"({"LsData12": {"laser_power_weld": 99999, "wire_mode_start": 3}})") << 9999 << ""
-        << false << 0;
-}
-
-void TestWeldParameterPage::openingASet()
-{
-    QFETCH(QJsonObject, record);
-    QFETCH(int, power);
-    QFETCH(QString, tips);
-    QFETCH(bool, stickDetect);
-    QFETCH(int, wireMode);
-    ParamPageFixture t;
-    t.controller.serviceData.insert(kRecord, record);
-    t.show();
-    // Typed values of an earlier set must not leak into this one.
-    t.child<QLineEdit>("lineEdit_Tips")->setText(QStringLiteral("left over"));
-
-    t.open(0, 11);
-
-    QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
-    QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData12"));
-    QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), power);
-    QCOMPARE(t.child<QLineEdit>("lineEdit_Tips")->text(), tips);
-    QCOMPARE(t.child<SwitchButton>("pushButton_wire_stick_enable_end")->isOn(), stickDetect);
-    QCOMPARE(t.child<QComboBox>("comboBox_wire_mode_start")->currentIndex(), wireMode);
-    // The controller only ramps linearly, whatever the set says.
-    QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_start")->currentIndex(), 2);
-    QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_end")->currentIndex(), 2);
-    QVERIFY(t.shell.messages.isEmpty());
-    QVERIFY(t.controller.sent.isEmpty());
-}
-
-void TestWeldParameterPage::savingAnAbsentSetCreatesIt()
-{
-    ParamPageFixture t;
-    t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData1", storedSet("LsData1")}});
-    t.show();
-    t.open(0, 11);
-
-    t.save();
-
-    QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
-    QCOMPARE(t.controller.sent.first().sender, t.page);
-    const QJsonObject sets = t.lastPayload();
-    QCOMPARE(sets.keys(), QStringList {"LsData12"});
-    const QJsonObject set = sets.value("LsData12").toObject();
-    // Every key the controller stores goes back, nothing else.
-    QCOMPARE(set.keys(), storedSet(QString()).keys());
-    QCOMPARE(set.value("LsDataID"), QJsonValue("LsData12"));
-    QCOMPARE(set.value("toggle_start"), QJsonValue(true));
-    QCOMPARE(set.value("toggle_end"), QJsonValue(true));
-    QCOMPARE(set.value("ramp_mode_start"), QJsonValue(2));
-    QCOMPARE(set.value("ramp_mode_end"), QJsonValue(2));
-    QCOMPARE(set.value("laser_power_weld"), QJsonValue(1500));
-    QCOMPARE(set.value("welding_speed"), QJsonValue(20));
-    QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(false));
-    QCOMPARE(testenv::shownMessages(t.shell), QStringList {"0|Saved successfully"});
-}
-
-void TestWeldParameterPage::savedSetKeepsTheFixedValues()
-{
-    ParamPageFixture t;
-    t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData3", storedSet("SomethingElse")}});
-    t.show();
-    QTest::ignoreMessage(QtDebugMsg, "wire_retract_time_end: 250");
-    t.open(0, 2);
-
-    t.save();
-
-    // Everything the editor shows goes back as loaded; the name and the fixed keys are the
-    // page's own, not the record's.
-    QJsonObject expected = storedSet("LsData3");
-    expected.insert("toggle_start", true);
-    expected.insert("toggle_end", true);
-    expected.insert("ramp_mode_start", 2);
-    expected.insert("ramp_mode_end", 2);
-    QCOMPARE(t.lastPayload().value("LsData3").toObject(), expected);
-}
-
-void TestWeldParameterPage::saveReply_data()
-{
-    QTest::addColumn<QJsonArray>("reply");
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<QStringList>("logs");
-
-    QTest::newRow("refused keeps the editor")
-        << ScriptedController::reply(kSaveCommand, 4)
-        << QStringList {"2|Save failed. Please check the parameter configuration."}
-        << QStringList {"E|WeldParameterPage::checkSaveResult failed.  "
-                        "set_weld_param_list_config  Result: 4"};
-    QTest::newRow("no entry in the reply") << QJsonArray() << QStringList()
-                                           << QStringList {"E|WeldParameterPage::checkSaveResult "
-                                                           "failed. not found  "
-                                                           "set_weld_param_list_config  Result"};
-}
-
-void TestWeldParameterPage::saveReply()
-{
-    QFETCH(QJsonArray, reply);
-    QFETCH(QStringList, messages);
-    QFETCH(QStringList, logs);
-    ParamPageFixture t;
-    t.show();
-    t.open(0, 4);
-    t.child<QSpinBox>("spinBox_laser_power_weld")->setValue(2222);
-    testenv::resetLogFile();
-    t.controller.queueReply(reply);
-
-    t.save();
-
-    QCOMPARE(testenv::shownMessages(t.shell), messages);
-    QCOMPARE(testenv::logTexts(), logs);
-    QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
-    QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), 2222);
-    QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData5"));
-}
-
-void TestWeldParameterPage::saveChecksTheLevelOfTheMoment()
-{
-    // The level may drop while the editor is open, with Save still enabled for the old one.
-    ParamPageFixture t;
-    t.show();
-    t.open(0, 4);
-    t.controller.userLevel = 2;
-
-    t.save();
-
-    QCOMPARE(testenv::shownMessages(t.shell), QStringList {"1|Insufficient user permissions!"});
-    QVERIFY(t.controller.sent.isEmpty());
-}
-
-void TestWeldParameterPage::dependentWidgets_data()
-{
-    QTest::addColumn<QJsonObject>("set");
-    QTest::addColumn<QStringList>("hidden");
-
-    QTest::newRow("laser only hides the wire groups")
-        << json(R"({"wire_feed_enable_start": false, "wire_feed_enable_end": false})")
-        << QStringList {"groupBox_wireStart", "groupBox_wireWeld", "groupBox_wireEnd",
-               "spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end"};
-    QTest::newRow("wire at the end alone means filler wire")
-        << json(R"({"wire_feed_enable_end": true, "wire_mode_start": 0, "wire_mode_end": 2})")
-        << QStringList {"spinBox_wire_feed_time_start"};
-    QTest::newRow("wire with the laser needs no times")
-        << json(R"({"wire_feed_enable_start": true, "wire_mode_start": 0, "wire_mode_end": 0})")
-        << QStringList {"spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end"};
-}
-
-void TestWeldParameterPage::dependentWidgets()
-{
-    QFETCH(QJsonObject, set);
-    QFETCH(QStringList, hidden);
-    ParamPageFixture t;
-
-    t.page->setWeldDataSet(set);
-
-    const QStringList candidates {"groupBox_wireStart", "groupBox_wireWeld", "groupBox_wireEnd",
-        "spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end", "spinBox_ramp_value_start",
-        "spinBox_ramp_value_end"};
-    QStringList hiddenNow;
-    for (const QString &name : candidates) {
-        if (t.page->findChild<QWidget *>(name)->isHidden())
-            hiddenNow.append(name);
+            << 0 << QStringList {"0", "0", "0", ""};
+        QTest::newRow("LsData30 is the last row")
+            << QJsonObject() << json(R"({"LsData30": {"welding_speed": 9, "Tips": "last"}})") << 29
+            << QStringList {"9", "0", "0", "last"};
     }
-    QCOMPARE(hiddenNow, hidden);
-}
 
-void TestWeldParameterPage::weldModeSwitchesTheWire_data()
-{
-    QTest::addColumn<bool>("wireBefore");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("wireAfter");
-    QTest::newRow("laser welding stops the wire") << true << 0 << false;
-    QTest::newRow("filler wire starts the wire") << false << 1 << true;
-}
+    void listRefresh()
+    {
+        QFETCH(QJsonObject, before);
+        QFETCH(QJsonObject, after);
+        QFETCH(int, row);
+        QFETCH(QStringList, shown);
+        ParamPageFixture t;
+        t.controller.serviceData.insert(kRecord, before);
+        t.page->refreshWeldDataList();
+        t.controller.serviceData.insert(kRecord, after);
 
-void TestWeldParameterPage::weldModeSwitchesTheWire()
-{
-    QFETCH(bool, wireBefore);
-    QFETCH(int, mode);
-    QFETCH(bool, wireAfter);
-    ParamPageFixture t;
-    t.page->setWeldDataSet(
-        QJsonObject {{"wire_feed_enable_start", wireBefore}, {"wire_feed_enable_end", wireBefore}});
-    auto *weldMode = t.child<QComboBox>("comboBox_weld_mode");
+        t.page->refreshWeldDataList();
 
-    weldMode->setCurrentIndex(mode);
-    emit weldMode->activated(mode);
+        QCOMPARE(
+            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), row), shown);
+        QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->item(row, 0)->text(),
+            QStringLiteral("LsData%1").arg(row + 1));
+    }
 
-    const QJsonObject set = t.page->weldDataSet();
-    QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(wireAfter));
-    QCOMPARE(set.value("wire_feed_enable_end"), QJsonValue(wireAfter));
-    QCOMPARE(t.child<QWidget>("groupBox_wireStart")->isHidden(), !wireAfter);
-}
+    void listIsRereadOnEveryShow()
+    {
+        ParamPageFixture t;
+        QJsonObject record;
+        for (int n = 1; n <= 40; ++n)
+            record.insert(QStringLiteral("LsData%1").arg(n), QJsonObject {{"welding_speed", n}});
+        t.controller.serviceData.insert(kRecord, record);
+        t.show();
+        QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
+            WeldParameterPage::weldDataSetCount);
+        QCOMPARE(
+            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), 29).first(),
+            QStringLiteral("30"));
 
-void TestWeldParameterPage::profilePreviewFollowsEditsAndNeverBlocksSave()
-{
-    ParamPageFixture t;
-    t.show();
-    t.open(0, 0);
-    auto *chart = t.child<PreviewChart>("weldProfileChart");
-    auto *hint = t.child<QLabel>("label_profileHint");
-    // The defaults ramp down for 100 ms but switch the laser off after 50 ms.
-    QVERIFY(!hint->text().isEmpty());
-    const QPolygonF before = chart->content().lanes.first().course;
+        t.controller.serviceData.insert(kRecord, json(R"({"LsData1": {"welding_speed": 77}})"));
+        t.show();
+        QCOMPARE(
+            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), 0).first(),
+            QStringLiteral("77"));
+        // Sets beyond 30 never show up, whatever the record holds.
+        QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
+            WeldParameterPage::weldDataSetCount);
+    }
 
-    t.child<QSpinBox>("spinBox_delay_time_end")->setValue(100);
+    void openingNeedsASelectedRow_data()
+    {
+        QTest::addColumn<int>("tab");
+        QTest::newRow("weld data tab") << 0;
+        QTest::newRow("matching tab") << 1;
+    }
 
-    QVERIFY(hint->text().isEmpty());
-    QVERIFY(chart->content().lanes.first().course != before);
-    t.child<QSpinBox>("spinBox_delay_time_end")->setValue(50);
-    t.save();
-    QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
-}
+    void openingNeedsASelectedRow()
+    {
+        QFETCH(int, tab);
+        ParamPageFixture t;
+        t.show();
+        t.child<QTabWidget>("tabWidget")->setCurrentIndex(tab);
+
+        t.child<QPushButton>("pushButton_detailed")->click();
+
+        QCOMPARE(testenv::shownMessages(t.shell), QStringList {kNoSelection});
+        QCOMPARE(t.stackPage(), int(WeldParameterPage::MainPage));
+        QVERIFY(t.controller.sent.isEmpty());
+    }
+
+    void openingASet_data()
+    {
+        QTest::addColumn<QJsonObject>("record");
+        QTest::addColumn<int>("power");
+        QTest::addColumn<QString>("tips");
+        QTest::addColumn<bool>("stickDetect");
+        QTest::addColumn<int>("wireMode");
+
+        QTest::newRow("stored set") << QJsonObject {{"LsData12", storedSet("LsData12")}} << 2500
+                                    << "Steel 2 mm" << false << 2;
+        QTest::newRow("absent set gives the defaults")
+            << QJsonObject {{"LsData11", storedSet("LsData11")}} << 1500 << "" << true << 0;
+        QTest::newRow("absent keys give 0, off and empty")
+            << json(R"({"LsData12": {"welding_speed": 30}})") << 0 << "" << false << 0;
+        QTest::newRow("wire mode one past the last falls back to the first")
+            << json(R"({"LsData12": {"laser_power_weld": 99999, "wire_mode_start": 3}})") << 9999
+            << "" << false << 0;
+    }
+
+    void openingASet()
+    {
+        QFETCH(QJsonObject, record);
+        QFETCH(int, power);
+        QFETCH(QString, tips);
+        QFETCH(bool, stickDetect);
+        QFETCH(int, wireMode);
+        ParamPageFixture t;
+        t.controller.serviceData.insert(kRecord, record);
+        t.show();
+        // Typed values of an earlier set must not leak into this one.
+        t.child<QLineEdit>("lineEdit_Tips")->setText(QStringLiteral("left over"));
+
+        t.open(0, 11);
+
+        QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
+        QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData12"));
+        QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), power);
+        QCOMPARE(t.child<QLineEdit>("lineEdit_Tips")->text(), tips);
+        QCOMPARE(t.child<SwitchButton>("pushButton_wire_stick_enable_end")->isOn(), stickDetect);
+        QCOMPARE(t.child<QComboBox>("comboBox_wire_mode_start")->currentIndex(), wireMode);
+        // The controller only ramps linearly, whatever the set says.
+        QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_start")->currentIndex(), 2);
+        QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_end")->currentIndex(), 2);
+        QVERIFY(t.shell.messages.isEmpty());
+        QVERIFY(t.controller.sent.isEmpty());
+    }
+
+    void savingAnAbsentSetCreatesIt()
+    {
+        ParamPageFixture t;
+        t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData1", storedSet("LsData1")}});
+        t.show();
+        t.open(0, 11);
+
+        t.save();
+
+        QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
+        QCOMPARE(t.controller.sent.first().sender, t.page);
+        const QJsonObject sets = t.lastPayload();
+        QCOMPARE(sets.keys(), QStringList {"LsData12"});
+        const QJsonObject set = sets.value("LsData12").toObject();
+        // Every key the controller stores goes back, nothing else.
+        QCOMPARE(set.keys(), storedSet(QString()).keys());
+        QCOMPARE(set.value("LsDataID"), QJsonValue("LsData12"));
+        QCOMPARE(set.value("toggle_start"), QJsonValue(true));
+        QCOMPARE(set.value("toggle_end"), QJsonValue(true));
+        QCOMPARE(set.value("ramp_mode_start"), QJsonValue(2));
+        QCOMPARE(set.value("ramp_mode_end"), QJsonValue(2));
+        QCOMPARE(set.value("laser_power_weld"), QJsonValue(1500));
+        QCOMPARE(set.value("welding_speed"), QJsonValue(20));
+        QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(false));
+        QCOMPARE(testenv::shownMessages(t.shell), QStringList {"0|Saved successfully"});
+    }
+
+    void savedSetKeepsTheFixedValues()
+    {
+        ParamPageFixture t;
+        t.controller.serviceData.insert(
+            kRecord, QJsonObject {{"LsData3", storedSet("SomethingElse")}});
+        t.show();
+        QTest::ignoreMessage(QtDebugMsg, "wire_retract_time_end: 250");
+        t.open(0, 2);
+
+        t.save();
+
+        // Everything the editor shows goes back as loaded; the name and the fixed keys are the
+        // page's own, not the record's.
+        QJsonObject expected = storedSet("LsData3");
+        expected.insert("toggle_start", true);
+        expected.insert("toggle_end", true);
+        expected.insert("ramp_mode_start", 2);
+        expected.insert("ramp_mode_end", 2);
+        QCOMPARE(t.lastPayload().value("LsData3").toObject(), expected);
+    }
+
+    void saveReply_data()
+    {
+        QTest::addColumn<QJsonArray>("reply");
+        QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<QStringList>("logs");
+
+        QTest::newRow("refused keeps the editor")
+            << ScriptedController::reply(kSaveCommand, 4)
+            << QStringList {"2|Save failed. Please check the parameter configuration."}
+            << QStringList {"E|WeldParameterPage::checkSaveResult failed.  "
+                            "set_weld_param_list_config  Result: 4"};
+        QTest::newRow("no entry in the reply")
+            << QJsonArray() << QStringList()
+            << QStringList {"E|WeldParameterPage::checkSaveResult "
+                            "failed. not found  "
+                            "set_weld_param_list_config  Result"};
+    }
+
+    void saveReply()
+    {
+        QFETCH(QJsonArray, reply);
+        QFETCH(QStringList, messages);
+        QFETCH(QStringList, logs);
+        ParamPageFixture t;
+        t.show();
+        t.open(0, 4);
+        t.child<QSpinBox>("spinBox_laser_power_weld")->setValue(2222);
+        testenv::resetLogFile();
+        t.controller.queueReply(reply);
+
+        t.save();
+
+        QCOMPARE(testenv::shownMessages(t.shell), messages);
+        QCOMPARE(testenv::logTexts(), logs);
+        QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
+        QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), 2222);
+        QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData5"));
+    }
+
+    void saveChecksTheLevelOfTheMoment()
+    {
+        // The level may drop while the editor is open, with Save still enabled for the old one.
+        ParamPageFixture t;
+        t.show();
+        t.open(0, 4);
+        t.controller.userLevel = 2;
+
+        t.save();
+
+        QCOMPARE(testenv::shownMessages(t.shell), QStringList {"1|Insufficient user permissions!"});
+        QVERIFY(t.controller.sent.isEmpty());
+    }
+
+    void dependentWidgets_data()
+    {
+        QTest::addColumn<QJsonObject>("set");
+        QTest::addColumn<QStringList>("hidden");
+
+        QTest::newRow("laser only hides the wire groups")
+            << json(R"({"wire_feed_enable_start": false, "wire_feed_enable_end": false})")
+            << QStringList {"groupBox_wireStart", "groupBox_wireWeld", "groupBox_wireEnd",
+                   "spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end"};
+        QTest::newRow("wire at the end alone means filler wire")
+            << json(R"({"wire_feed_enable_end": true, "wire_mode_start": 0, "wire_mode_end": 2})")
+            << QStringList {"spinBox_wire_feed_time_start"};
+        QTest::newRow("wire with the laser needs no times")
+            << json(R"({"wire_feed_enable_start": true, "wire_mode_start": 0, "wire_mode_end": 0})")
+            << QStringList {"spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end"};
+    }
+
+    void dependentWidgets()
+    {
+        QFETCH(QJsonObject, set);
+        QFETCH(QStringList, hidden);
+        ParamPageFixture t;
+
+        t.page->setWeldDataSet(set);
+
+        const QStringList candidates {"groupBox_wireStart", "groupBox_wireWeld", "groupBox_wireEnd",
+            "spinBox_wire_feed_time_start", "spinBox_wire_feed_time_end",
+            "spinBox_ramp_value_start", "spinBox_ramp_value_end"};
+        QStringList hiddenNow;
+        for (const QString &name : candidates) {
+            if (t.page->findChild<QWidget *>(name)->isHidden())
+                hiddenNow.append(name);
+        }
+        QCOMPARE(hiddenNow, hidden);
+    }
+
+    void weldModeSwitchesTheWire_data()
+    {
+        QTest::addColumn<bool>("wireBefore");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("wireAfter");
+        QTest::newRow("laser welding stops the wire") << true << 0 << false;
+        QTest::newRow("filler wire starts the wire") << false << 1 << true;
+    }
+
+    void weldModeSwitchesTheWire()
+    {
+        QFETCH(bool, wireBefore);
+        QFETCH(int, mode);
+        QFETCH(bool, wireAfter);
+        ParamPageFixture t;
+        t.page->setWeldDataSet(QJsonObject {
+            {"wire_feed_enable_start", wireBefore}, {"wire_feed_enable_end", wireBefore}});
+        auto *weldMode = t.child<QComboBox>("comboBox_weld_mode");
+
+        weldMode->setCurrentIndex(mode);
+        emit weldMode->activated(mode);
+
+        const QJsonObject set = t.page->weldDataSet();
+        QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(wireAfter));
+        QCOMPARE(set.value("wire_feed_enable_end"), QJsonValue(wireAfter));
+        QCOMPARE(t.child<QWidget>("groupBox_wireStart")->isHidden(), !wireAfter);
+    }
+
+    void profilePreviewFollowsEditsAndNeverBlocksSave()
+    {
+        ParamPageFixture t;
+        t.show();
+        t.open(0, 0);
+        auto *chart = t.child<PreviewChart>("weldProfileChart");
+        auto *hint = t.child<QLabel>("label_profileHint");
+        // The defaults ramp down for 100 ms but switch the laser off after 50 ms.
+        QVERIFY(!hint->text().isEmpty());
+        const QPolygonF before = chart->content().lanes.first().course;
+
+        t.child<QSpinBox>("spinBox_delay_time_end")->setValue(100);
+
+        QVERIFY(hint->text().isEmpty());
+        QVERIFY(chart->content().lanes.first().course != before);
+        t.child<QSpinBox>("spinBox_delay_time_end")->setValue(50);
+        t.save();
+        QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
+    }
+};
 
 QTEST_MAIN(TestWeldParameterPage)
 #include "tst_weldparameterpage.moc"

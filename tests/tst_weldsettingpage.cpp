@@ -29,26 +29,6 @@ class TestWeldSettingPage : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void validation_data();
-    void validation();
-    void switchingWelding_data();
-    void switchingWelding();
-    void loadConversions_data();
-    void loadConversions();
-    void sectionSwitches_data();
-    void sectionSwitches();
-    void showKeepsRestartFieldsOpen();
-    void showLocksWhileWelding_data();
-    void showLocksWhileWelding();
-    void missingTriggerPortShowsTheEmptyItem();
-    void cancelReloadsTheRecord();
-    void saveSendsTheWholeRecord();
-
 private:
     SwitchButton *mainSwitch(WeldSettingPage &page)
     {
@@ -61,265 +41,260 @@ private:
 
     ScriptedController *m_controller = nullptr;
     RecordingShell *m_shell = nullptr;
-};
 
-void TestWeldSettingPage::initTestCase()
-{
-    WeldSettingPage::setSwitchWait(0);
-}
+private slots:
+    void initTestCase() { WeldSettingPage::setSwitchWait(0); }
 
-void TestWeldSettingPage::init()
-{
-    m_controller = new ScriptedController;
-    m_shell = new RecordingShell;
-    m_controller->ports = {{"DO", {"DO2", "DO1"}}, {"DI", {"DI1"}}};
-    m_controller->serviceData["weld_setting_config"] = QJsonObject {};
-}
+    void init()
+    {
+        m_controller = new ScriptedController;
+        m_shell = new RecordingShell;
+        m_controller->ports = {{"DO", {"DO2", "DO1"}}, {"DI", {"DI1"}}};
+        m_controller->serviceData["weld_setting_config"] = QJsonObject {};
+    }
 
-void TestWeldSettingPage::cleanup()
-{
-    delete m_shell;
-    delete m_controller;
-}
+    void cleanup()
+    {
+        delete m_shell;
+        delete m_controller;
+    }
 
-void TestWeldSettingPage::validation_data()
-{
-    QTest::addColumn<int>("detect");
-    QTest::addColumn<int>("checkOut");
-    QTest::addColumn<bool>("passes");
+    void validation_data()
+    {
+        QTest::addColumn<int>("detect");
+        QTest::addColumn<int>("checkOut");
+        QTest::addColumn<bool>("passes");
 
-    QTest::newRow("equal times pass") << 200 << 200 << true;
-    QTest::newRow("detect one below check-out fails") << 199 << 200 << false;
-}
+        QTest::newRow("equal times pass") << 200 << 200 << true;
+        QTest::newRow("detect one below check-out fails") << 199 << 200 << false;
+    }
 
-void TestWeldSettingPage::validation()
-{
-    QFETCH(int, detect);
-    QFETCH(int, checkOut);
-    QFETCH(bool, passes);
+    void validation()
+    {
+        QFETCH(int, detect);
+        QFETCH(int, checkOut);
+        QFETCH(bool, passes);
 
-    WeldSettingPage page;
-    page.show();
-    spin(page, "spinBox_feedback_delay")->setValue(detect);
-    spin(page, "spinBox_laser_check_out_time")->setValue(checkOut);
+        WeldSettingPage page;
+        page.show();
+        spin(page, "spinBox_feedback_delay")->setValue(detect);
+        spin(page, "spinBox_laser_check_out_time")->setValue(checkOut);
 
-    page.findChild<QPushButton *>("pushButton_save")->click();
-    QCOMPARE(m_controller->sentCommands(),
-        passes ? QStringList {"set_weld_setting_config"} : QStringList());
-    QCOMPARE(m_shell->messageTexts(2), passes ? QStringList() : QStringList {kTooEarly});
-    QCOMPARE(spin(page, "spinBox_feedback_delay")->value(), detect);
+        page.findChild<QPushButton *>("pushButton_save")->click();
+        QCOMPARE(m_controller->sentCommands(),
+            passes ? QStringList {"set_weld_setting_config"} : QStringList());
+        QCOMPARE(m_shell->messageTexts(2), passes ? QStringList() : QStringList {kTooEarly});
+        QCOMPARE(spin(page, "spinBox_feedback_delay")->value(), detect);
 
-    // The same check guards switching welding on.
-    m_controller->clearSent();
-    m_shell->clear();
-    m_controller->repliesByCommand["set_weld_enable"] = enableReply(true);
-    QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
-    QCOMPARE(mainSwitch(page)->isOn(), passes);
-    QCOMPARE(m_shell->messageTexts(2), passes ? QStringList() : QStringList {kTooEarly});
-    if (!passes)
+        // The same check guards switching welding on.
+        m_controller->clearSent();
+        m_shell->clear();
+        m_controller->repliesByCommand["set_weld_enable"] = enableReply(true);
+        QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
+        QCOMPARE(mainSwitch(page)->isOn(), passes);
+        QCOMPARE(m_shell->messageTexts(2), passes ? QStringList() : QStringList {kTooEarly});
+        if (!passes)
+            QVERIFY(m_controller->sent.isEmpty());
+    }
+
+    void switchingWelding_data()
+    {
+        QTest::addColumn<bool>("startOn");
+        QTest::addColumn<bool>("powered");
+        QTest::addColumn<QJsonArray>("reply");
+        QTest::addColumn<QStringList>("commands");
+        QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<bool>("endOn");
+
+        const QStringList enable {"set_weld_enable"};
+        const QStringList failed {kStartupFailed};
+        QTest::newRow("on: boolean true")
+            << false << false << enableReply(true)
+            << QStringList {"set_weld_enable", "set_weld_setting_config"} << QStringList() << true;
+        QTest::newRow("on: number 1 is not accepted")
+            << false << false << enableReply(1) << enable << failed << false;
+        QTest::newRow("on: empty reply")
+            << false << false << QJsonArray() << enable << failed << false;
+        QTest::newRow("on: true only in the second element")
+            << false << false << QJsonArray {QJsonObject {}, enableReply(true).first()} << enable
+            << failed << false;
+        QTest::newRow("off never judges the reply")
+            << true << false << enableReply(9) << enable << QStringList() << false;
+        QTest::newRow("on while powered") << false << true << enableReply(true) << QStringList()
+                                          << QStringList {kPoweredOn} << false;
+        QTest::newRow("off while powered") << true << true << enableReply(true) << QStringList()
+                                           << QStringList {kPoweredOn} << true;
+    }
+
+    void switchingWelding()
+    {
+        QFETCH(bool, startOn);
+        QFETCH(bool, powered);
+        QFETCH(QJsonArray, reply);
+        QFETCH(QStringList, commands);
+        QFETCH(QStringList, messages);
+        QFETCH(bool, endOn);
+
+        m_controller->serviceData["weld_setting_config"]
+            = QJsonObject {{"laser_main_enable", startOn}};
+        m_controller->powered = powered;
+        m_controller->repliesByCommand["set_weld_enable"] = reply;
+        WeldSettingPage page;
+        page.show();
+        QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
+
+        QCOMPARE(m_controller->sentCommands(), commands);
+        if (!commands.isEmpty()) {
+            QVERIFY(m_controller->sent.first().stringOverload);
+            QCOMPARE(m_controller->sent.first().value.toString(), startOn ? "FALSE" : "TRUE");
+        }
+        if (!startOn && !powered)
+            QVERIFY(m_controller->readKeys.contains("weld_io_config"));
+        QCOMPARE(m_shell->messageTexts(), messages);
+        QCOMPARE(mainSwitch(page)->isOn(), endOn);
+        QCOMPARE(page.isMainEnabled(), endOn);
+        // Welding locks the settings; the switch itself stays usable.
+        for (const char *name : {"pushButton_save", "pushButton_cancel", "spinBox_laser_power"})
+            QVERIFY2(page.findChild<QWidget *>(name)->isEnabled() == !endOn, name);
+        QVERIFY(mainSwitch(page)->isEnabled());
+    }
+
+    void loadConversions_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QJsonValue>("value");
+        QTest::addColumn<QString>("widget");
+        QTest::addColumn<int>("shown");
+
+        QTest::newRow("power truncated")
+            << "laser_power" << QJsonValue(3000.9) << "spinBox_laser_power" << 3000;
+        QTest::newRow("fractional integer field reads 0")
+            << "pre_gas_time" << QJsonValue(300.5) << "spinBox_pre_gas_time" << 0;
+        QTest::newRow("missing purge time clamps to 1000")
+            << "manual_gas_time" << QJsonValue() << "spinBox_manual_gas_time" << 1000;
+        QTest::newRow("text where a number belongs")
+            << "retraction_speed" << QJsonValue("20") << "doubleSpinBox_retraction_speed" << 0;
+    }
+
+    void loadConversions()
+    {
+        QFETCH(QString, key);
+        QFETCH(QJsonValue, value);
+        QFETCH(QString, widget);
+        QFETCH(int, shown);
+
+        QJsonObject record;
+        if (!value.isNull())
+            record.insert(key, value);
+        m_controller->serviceData["weld_setting_config"] = record;
+        WeldSettingPage page;
+        page.show();
+        QCOMPARE(spin(page, widget)->value(), shown);
         QVERIFY(m_controller->sent.isEmpty());
-}
-
-void TestWeldSettingPage::switchingWelding_data()
-{
-    QTest::addColumn<bool>("startOn");
-    QTest::addColumn<bool>("powered");
-    QTest::addColumn<QJsonArray>("reply");
-    QTest::addColumn<QStringList>("commands");
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<bool>("endOn");
-
-    const QStringList enable {"set_weld_enable"};
-    const QStringList failed {kStartupFailed};
-    QTest::newRow("on: boolean true")
-        << false << false << enableReply(true)
-        << QStringList {"set_weld_enable", "set_weld_setting_config"} << QStringList() << true;
-    QTest::newRow("on: number 1 is not accepted")
-        << false << false << enableReply(1) << enable << failed << false;
-    QTest::newRow("on: empty reply") << false << false << QJsonArray() << enable << failed << false;
-    QTest::newRow("on: true only in the second element")
-        << false << false << QJsonArray {QJsonObject {}, enableReply(true).first()} << enable
-        << failed << false;
-    QTest::newRow("off never judges the reply")
-        << true << false << enableReply(9) << enable << QStringList() << false;
-    QTest::newRow("on while powered")
-        << false << true << enableReply(true) << QStringList() << QStringList {kPoweredOn} << false;
-    QTest::newRow("off while powered")
-        << true << true << enableReply(true) << QStringList() << QStringList {kPoweredOn} << true;
-}
-
-void TestWeldSettingPage::switchingWelding()
-{
-    QFETCH(bool, startOn);
-    QFETCH(bool, powered);
-    QFETCH(QJsonArray, reply);
-    QFETCH(QStringList, commands);
-    QFETCH(QStringList, messages);
-    QFETCH(bool, endOn);
-
-    m_controller->serviceData["weld_setting_config"] = QJsonObject {{"laser_main_enable", startOn}};
-    m_controller->powered = powered;
-    m_controller->repliesByCommand["set_weld_enable"] = reply;
-    WeldSettingPage page;
-    page.show();
-    QTest::mouseClick(mainSwitch(page), Qt::LeftButton);
-
-    QCOMPARE(m_controller->sentCommands(), commands);
-    if (!commands.isEmpty()) {
-        QVERIFY(m_controller->sent.first().stringOverload);
-        QCOMPARE(m_controller->sent.first().value.toString(), startOn ? "FALSE" : "TRUE");
     }
-    if (!startOn && !powered)
-        QVERIFY(m_controller->readKeys.contains("weld_io_config"));
-    QCOMPARE(m_shell->messageTexts(), messages);
-    QCOMPARE(mainSwitch(page)->isOn(), endOn);
-    QCOMPARE(page.isMainEnabled(), endOn);
-    // Welding locks the settings; the switch itself stays usable.
-    for (const char *name : {"pushButton_save", "pushButton_cancel", "spinBox_laser_power"})
-        QVERIFY2(page.findChild<QWidget *>(name)->isEnabled() == !endOn, name);
-    QVERIFY(mainSwitch(page)->isEnabled());
-}
 
-void TestWeldSettingPage::loadConversions_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QJsonValue>("value");
-    QTest::addColumn<QString>("widget");
-    QTest::addColumn<int>("shown");
+    void sectionSwitches_data()
+    {
+        QTest::addColumn<QString>("sectionSwitch");
+        QTest::addColumn<QStringList>("fields");
 
-    QTest::newRow("power truncated")
-        << "laser_power" << QJsonValue(3000.9) << "spinBox_laser_power" << 3000;
-    QTest::newRow("fractional integer field reads 0")
-        << "pre_gas_time" << QJsonValue(300.5) << "spinBox_pre_gas_time" << 0;
-    QTest::newRow("missing purge time clamps to 1000")
-        << "manual_gas_time" << QJsonValue() << "spinBox_manual_gas_time" << 1000;
-    QTest::newRow("missing detect duration clamps to 100")
-        << "detection_time" << QJsonValue() << "spinBox_detection_time" << 100;
-    QTest::newRow("huge power clamps")
-        << "laser_power" << QJsonValue(1e300) << "spinBox_laser_power" << 9999;
-    QTest::newRow("negative speed clamps")
-        << "max_feed_speed" << QJsonValue(-1e300) << "doubleSpinBox_max_feed_speed" << 0;
-    QTest::newRow("text where a number belongs")
-        << "retraction_speed" << QJsonValue("20") << "doubleSpinBox_retraction_speed" << 0;
-}
-
-void TestWeldSettingPage::loadConversions()
-{
-    QFETCH(QString, key);
-    QFETCH(QJsonValue, value);
-    QFETCH(QString, widget);
-    QFETCH(int, shown);
-
-    QJsonObject record;
-    if (!value.isNull())
-        record.insert(key, value);
-    m_controller->serviceData["weld_setting_config"] = record;
-    WeldSettingPage page;
-    page.show();
-    QCOMPARE(spin(page, widget)->value(), shown);
-    QVERIFY(m_controller->sent.isEmpty());
-}
-
-void TestWeldSettingPage::sectionSwitches_data()
-{
-    QTest::addColumn<QString>("sectionSwitch");
-    QTest::addColumn<QStringList>("fields");
-
-    QTest::newRow("wire feeder") << "pushButton_Feeder"
-                                 << QStringList {"comboBox_wire_feeder_comm_type",
-                                        "comboBox_wire_feed_type",
-                                        "spinBox_wire_feedback_detection",
-                                        "doubleSpinBox_max_feed_speed",
-                                        "doubleSpinBox_manual_feed_speed",
-                                        "doubleSpinBox_manual_retract_speed"};
-    QTest::newRow("wire stick detection")
-        << "pushButton_WireSticking"
-        << QStringList {"spinBox_detection_time", "comboBox_detection_do", "comboBox_feedback_di"};
-}
-
-void TestWeldSettingPage::sectionSwitches()
-{
-    QFETCH(QString, sectionSwitch);
-    QFETCH(QStringList, fields);
-
-    WeldSettingPage page;
-    page.show();
-    auto *button = page.findChild<SwitchButton *>(sectionSwitch);
-    for (bool on : {true, false}) {
-        if (button->isOn() != on)
-            QTest::mouseClick(button, Qt::LeftButton);
-        for (const QString &field : fields)
-            QVERIFY2(page.findChild<QWidget *>(field)->isEnabled() == on, qPrintable(field));
+        QTest::newRow("wire feeder")
+            << "pushButton_Feeder"
+            << QStringList {"comboBox_wire_feeder_comm_type", "comboBox_wire_feed_type",
+                   "spinBox_wire_feedback_detection", "doubleSpinBox_max_feed_speed",
+                   "doubleSpinBox_manual_feed_speed", "doubleSpinBox_manual_retract_speed"};
+        QTest::newRow("wire stick detection")
+            << "pushButton_WireSticking"
+            << QStringList {
+                   "spinBox_detection_time", "comboBox_detection_do", "comboBox_feedback_di"};
     }
-    QVERIFY(m_controller->sent.isEmpty());
-}
 
-void TestWeldSettingPage::showKeepsRestartFieldsOpen()
-{
-    m_controller->serviceData["weld_setting_config"]
-        = QJsonObject {{"retraction_enable", false}, {"feeder_enable", false}};
-    WeldSettingPage page;
-    page.show();
-    QVERIFY(page.findChild<QWidget *>("doubleSpinBox_retraction_distance")->isEnabled());
-    QVERIFY(page.findChild<QWidget *>("doubleSpinBox_retraction_speed")->isEnabled());
-    QVERIFY(!page.findChild<QWidget *>("doubleSpinBox_max_feed_speed")->isEnabled());
-}
+    void sectionSwitches()
+    {
+        QFETCH(QString, sectionSwitch);
+        QFETCH(QStringList, fields);
 
-void TestWeldSettingPage::showLocksWhileWelding_data()
-{
-    QTest::addColumn<bool>("welding");
-    QTest::newRow("welding off") << false;
-    QTest::newRow("welding on") << true;
-}
+        WeldSettingPage page;
+        page.show();
+        auto *button = page.findChild<SwitchButton *>(sectionSwitch);
+        for (bool on : {true, false}) {
+            if (button->isOn() != on)
+                QTest::mouseClick(button, Qt::LeftButton);
+            for (const QString &field : fields)
+                QVERIFY2(page.findChild<QWidget *>(field)->isEnabled() == on, qPrintable(field));
+        }
+        QVERIFY(m_controller->sent.isEmpty());
+    }
 
-void TestWeldSettingPage::showLocksWhileWelding()
-{
-    QFETCH(bool, welding);
+    void showKeepsRestartFieldsOpen()
+    {
+        m_controller->serviceData["weld_setting_config"]
+            = QJsonObject {{"retraction_enable", false}, {"feeder_enable", false}};
+        WeldSettingPage page;
+        page.show();
+        QVERIFY(page.findChild<QWidget *>("doubleSpinBox_retraction_distance")->isEnabled());
+        QVERIFY(page.findChild<QWidget *>("doubleSpinBox_retraction_speed")->isEnabled());
+        QVERIFY(!page.findChild<QWidget *>("doubleSpinBox_max_feed_speed")->isEnabled());
+    }
 
-    m_controller->serviceData["weld_setting_config"] = QJsonObject {{"laser_main_enable", welding}};
-    WeldSettingPage page;
-    page.show();
-    for (const char *name : {"frame_laser_unit", "frame_assist_gas", "frame_restart",
-             "frame_wire_feeder", "frame_wire_sticking", "pushButton_save", "pushButton_cancel"})
-        QVERIFY2(page.findChild<QWidget *>(name)->isEnabledTo(&page) == !welding, name);
-    QVERIFY(mainSwitch(page)->isEnabled());
-}
+    void showLocksWhileWelding_data()
+    {
+        QTest::addColumn<bool>("welding");
+        QTest::newRow("welding off") << false;
+        QTest::newRow("welding on") << true;
+    }
 
-void TestWeldSettingPage::missingTriggerPortShowsTheEmptyItem()
-{
-    m_controller->serviceData["weld_setting_config"] = QJsonObject {{"feedback_di", "DI1"}};
-    WeldSettingPage page;
-    page.show();
-    auto *trigger = page.findChild<QComboBox *>("comboBox_detection_do");
-    QCOMPARE(trigger->count(), 3);
-    QCOMPARE(trigger->currentIndex(), 0);
-    QCOMPARE(trigger->itemText(1), QStringLiteral("DO1"));
-    QCOMPARE(
-        page.findChild<QComboBox *>("comboBox_feedback_di")->currentText(), QStringLiteral("DI1"));
-}
+    void showLocksWhileWelding()
+    {
+        QFETCH(bool, welding);
 
-void TestWeldSettingPage::cancelReloadsTheRecord()
-{
-    m_controller->serviceData["weld_setting_config"] = QJsonObject {{"laser_power", 1200}};
-    WeldSettingPage page;
-    page.show();
-    spin(page, "spinBox_laser_power")->setValue(42);
-    page.findChild<QPushButton *>("pushButton_cancel")->click();
-    QCOMPARE(spin(page, "spinBox_laser_power")->value(), 1200);
-    QCOMPARE(m_shell->messageTexts(0), QStringList {"Cancel successful"});
-    QVERIFY(m_controller->sent.isEmpty());
-}
+        m_controller->serviceData["weld_setting_config"]
+            = QJsonObject {{"laser_main_enable", welding}};
+        WeldSettingPage page;
+        page.show();
+        for (const char *name :
+            {"frame_laser_unit", "frame_assist_gas", "frame_restart", "frame_wire_feeder",
+                "frame_wire_sticking", "pushButton_save", "pushButton_cancel"})
+            QVERIFY2(page.findChild<QWidget *>(name)->isEnabledTo(&page) == !welding, name);
+        QVERIFY(mainSwitch(page)->isEnabled());
+    }
 
-void TestWeldSettingPage::saveSendsTheWholeRecord()
-{
-    WeldSettingPage page;
-    page.show();
-    page.findChild<QPushButton *>("pushButton_save")->click();
-    QCOMPARE(m_shell->messageTexts(0), QStringList {"Saved successfully"});
-    // The controller's record and the page's must hold the same keys.
-    QCOMPARE(m_controller->sent.first().value.toObject().keys(),
-        kelcontroller::FactoryRecords::settingConfig().keys());
-}
+    void missingTriggerPortShowsTheEmptyItem()
+    {
+        m_controller->serviceData["weld_setting_config"] = QJsonObject {{"feedback_di", "DI1"}};
+        WeldSettingPage page;
+        page.show();
+        auto *trigger = page.findChild<QComboBox *>("comboBox_detection_do");
+        QCOMPARE(trigger->count(), 3);
+        QCOMPARE(trigger->currentIndex(), 0);
+        QCOMPARE(trigger->itemText(1), QStringLiteral("DO1"));
+        QCOMPARE(page.findChild<QComboBox *>("comboBox_feedback_di")->currentText(),
+            QStringLiteral("DI1"));
+    }
+
+    void cancelReloadsTheRecord()
+    {
+        m_controller->serviceData["weld_setting_config"] = QJsonObject {{"laser_power", 1200}};
+        WeldSettingPage page;
+        page.show();
+        spin(page, "spinBox_laser_power")->setValue(42);
+        page.findChild<QPushButton *>("pushButton_cancel")->click();
+        QCOMPARE(spin(page, "spinBox_laser_power")->value(), 1200);
+        QCOMPARE(m_shell->messageTexts(0), QStringList {"Cancel successful"});
+        QVERIFY(m_controller->sent.isEmpty());
+    }
+
+    void saveSendsTheWholeRecord()
+    {
+        WeldSettingPage page;
+        page.show();
+        page.findChild<QPushButton *>("pushButton_save")->click();
+        QCOMPARE(m_shell->messageTexts(0), QStringList {"Saved successfully"});
+        // The controller's record and the page's must hold the same keys.
+        QCOMPARE(m_controller->sent.first().value.toObject().keys(),
+            kelcontroller::FactoryRecords::settingConfig().keys());
+    }
+};
 
 QTEST_MAIN(TestWeldSettingPage)
 #include "tst_weldsettingpage.moc"

@@ -19,7 +19,6 @@
 #include "kelplugin/qflog.h"
 
 #include <QAbstractButton>
-#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
 #include <QCommandLineParser>
@@ -43,6 +42,7 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cstdio>
 
 using kelcontroller::ControllerSimulator;
@@ -85,20 +85,16 @@ struct Snapshot
     }
 };
 
-// The record a command stores into, and the members of the payload it must then hold.
+// The record a command stores into (the curve commands all store into one).
 QString recordOf(const QString &command)
 {
-    if (command == QLatin1String("set_weld_io_config"))
-        return QStringLiteral("weld_io_config");
-    if (command == QLatin1String("set_weld_setting_config"))
-        return QStringLiteral("weld_setting_config");
-    if (command.startsWith(QLatin1String("set_weld_curve_")))
-        return QStringLiteral("weld_curve_config");
-    if (command == QLatin1String("set_weld_param_list_config"))
-        return QStringLiteral("weld_param_config");
-    if (command == QLatin1String("set_weld_param_match_config"))
-        return QStringLiteral("weld_param_match");
-    return QString();
+    static const QHash<QString, QString> records {{"set_weld_io_config", "weld_io_config"},
+        {"set_weld_setting_config", "weld_setting_config"},
+        {"set_weld_param_list_config", "weld_param_config"},
+        {"set_weld_param_match_config", "weld_param_match"}};
+    return command.startsWith(QLatin1String("set_weld_curve_"))
+        ? QStringLiteral("weld_curve_config")
+        : records.value(command);
 }
 
 // Watches the controller's traffic and checks each command against its answer.
@@ -117,20 +113,13 @@ private:
         ++m_figures->commands;
         ++m_figures->byCommand[command];
         const Snapshot now = Snapshot::of(*m_controller);
-        const QJsonValue code = reply.size() == 1 ? reply.at(0)
-                                                        .toObject()
-                                                        .value(kPluginKey)
-                                                        .toObject()
-                                                        .value(command)
-                                                        .toObject()
-                                                        .value(QStringLiteral("return"))
-                                                  : QJsonValue(QJsonValue::Undefined);
+        const QJsonValue code = reply.size() != 1
+            ? QJsonValue(QJsonValue::Undefined)
+            : reply.at(0)[kPluginKey][command][QStringLiteral("return")];
         const bool accepted = code == QJsonValue(0) || code == QJsonValue(true);
         const bool refused = !accepted && (code.isDouble() || code.isBool());
-        if (accepted)
-            ++m_figures->accepted;
-        if (refused)
-            ++m_figures->refused;
+        m_figures->accepted += accepted;
+        m_figures->refused += refused;
 
         if (refused && !(now == m_before))
             finding(QStringLiteral("refused %1 changed the controller's records").arg(command));
@@ -201,7 +190,8 @@ public:
         else if (dice < 81)
             setUserLevel();
         else if (dice < 85)
-            togglePower();
+            // Powered most of the time would refuse most work-mode and welding changes.
+            click(QStringLiteral("robotPowered"), m_random.bounded(4) == 0);
         else if (dice < 88)
             toggleConnection();
         else
@@ -231,14 +221,14 @@ private:
 
     template<typename T> QList<T *> usable(QWidget *root) const
     {
-        QList<T *> result;
-        const QList<T *> all = root->findChildren<T *>();
-        for (T *w : all) {
-            if (w->isVisible() && w->isEnabled())
-                result.append(w);
-        }
+        QList<T *> result = root->findChildren<T *>();
+        result.erase(std::remove_if(result.begin(), result.end(),
+                         [](T *w) { return !w->isVisible() || !w->isEnabled(); }),
+            result.end());
         return result;
     }
+
+    int below(int count) { return int(m_random.bounded(quint32(qMax(1, count)))); }
 
     void pressKey()
     {
@@ -265,7 +255,7 @@ private:
             QStringLiteral("99999999999"), QStringLiteral("LsData3"), QStringLiteral("DO1"),
             QStringLiteral("LaserOn(\"LsData1\");"), QStringLiteral("((("), QStringLiteral("nan"),
             QString(300, QLatin1Char('x'))};
-        return texts.at(int(m_random.bounded(quint32(texts.size()))));
+        return texts.at(below(texts.size()));
     }
 
     void useWidget()
@@ -280,10 +270,8 @@ private:
                 b->click();
             break;
         case 2:
-            if (QComboBox *c = pick(usable<QComboBox>(page))) {
-                if (c->count() > 0)
-                    c->setCurrentIndex(int(m_random.bounded(quint32(c->count()))));
-            }
+            if (QComboBox *c = pick(usable<QComboBox>(page)))
+                c->setCurrentIndex(c->count() > 0 ? below(c->count()) : -1);
             break;
         case 3:
             if (QSpinBox *s = pick(usable<QSpinBox>(page))) {
@@ -295,22 +283,16 @@ private:
             }
             break;
         case 4:
-            if (QLineEdit *e = pick(usable<QLineEdit>(page))) {
-                if (!e->isReadOnly()) {
-                    e->setText(randomText());
-                    emit e->editingFinished();
-                }
+            if (QLineEdit *e = pick(usable<QLineEdit>(page)); e && !e->isReadOnly()) {
+                e->setText(randomText());
+                emit e->editingFinished();
             }
             break;
         case 5:
-            if (QTableWidget *t = pick(usable<QTableWidget>(page))) {
-                if (t->rowCount() > 0 && t->columnCount() > 0)
-                    t->setCurrentCell(int(m_random.bounded(quint32(t->rowCount()))),
-                        int(m_random.bounded(quint32(t->columnCount()))));
-            } else if (QListWidget *l = pick(usable<QListWidget>(page))) {
-                if (l->count() > 0)
-                    l->setCurrentRow(int(m_random.bounded(quint32(l->count()))));
-            }
+            if (QTableWidget *t = pick(usable<QTableWidget>(page)))
+                t->setCurrentCell(below(t->rowCount()), below(t->columnCount()));
+            else if (QListWidget *l = pick(usable<QListWidget>(page)))
+                l->setCurrentRow(below(l->count()));
             break;
         }
     }
@@ -338,12 +320,9 @@ private:
         auto *detailed = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_detailed"));
         if (detailed && detailed->isVisible() && detailed->isEnabled() && m_random.bounded(2)) {
             if (auto *tabs = page->findChild<QTabWidget *>())
-                tabs->setCurrentIndex(int(m_random.bounded(quint32(qMax(1, tabs->count())))));
-            const QList<QTableWidget *> tables = usable<QTableWidget>(page);
-            if (QTableWidget *table = pick(tables)) {
-                if (table->rowCount() > 0)
-                    table->selectRow(int(m_random.bounded(quint32(table->rowCount()))));
-            }
+                tabs->setCurrentIndex(below(tabs->count()));
+            if (QTableWidget *table = pick(usable<QTableWidget>(page)))
+                table->selectRow(below(table->rowCount()));
             detailed->click();
             return;
         }
@@ -368,42 +347,25 @@ private:
     void setUserLevel()
     {
         // Mostly an operator who may act, sometimes one who may not.
-        auto *level = m_window->findChild<QSpinBox *>(QStringLiteral("userLevel"));
-        if (level)
-            level->setValue(m_random.bounded(3) ? 3 : int(m_random.bounded(3)));
-    }
-
-    void togglePower()
-    {
-        auto *power = m_window->findChild<QAbstractButton *>(QStringLiteral("robotPowered"));
-        // Powered most of the time would refuse most work-mode and welding changes.
-        if (power)
-            click(QStringLiteral("robotPowered"), m_random.bounded(4) == 0);
+        if (auto *level = m_window->findChild<QSpinBox *>(QStringLiteral("userLevel")))
+            level->setValue(m_random.bounded(3) ? 3 : below(3));
     }
 
     void toggleConnection()
     {
-        const bool connected = m_controller->isConnected();
-        if (connected)
-            ++m_figures->disconnects;
-        click(QStringLiteral("controllerConnected"), !connected);
+        m_figures->disconnects += m_controller->isConnected();
+        click(QStringLiteral("controllerConnected"), !m_controller->isConnected());
     }
 
     void injectFault()
     {
         ++m_figures->faults;
-        switch (m_random.bounded(3)) {
-        case 0:
-            // Code 0 would make a refusal look accepted, so only failures are injected.
-            m_controller->injectReturnCode(1 + int(m_random.bounded(5)));
-            break;
-        case 1:
-            clickButton(QStringLiteral("emptyNext"));
-            break;
-        default:
-            clickButton(QStringLiteral("malformedNext"));
-            break;
-        }
+        // Code 0 would make a refusal look accepted, so only failures are injected.
+        if (const int kind = below(3); kind == 0)
+            m_controller->injectReturnCode(1 + below(5));
+        else if (auto *button = m_window->findChild<QAbstractButton *>(
+                     kind == 1 ? QStringLiteral("emptyNext") : QStringLiteral("malformedNext")))
+            button->click();
     }
 
     void click(const QString &checkBox, bool checked)
@@ -411,12 +373,6 @@ private:
         auto *box = m_window->findChild<QAbstractButton *>(checkBox);
         if (box && box->isChecked() != checked)
             box->click();
-    }
-
-    void clickButton(const QString &name)
-    {
-        if (auto *button = m_window->findChild<QAbstractButton *>(name))
-            button->click();
     }
 
     PendantWindow *m_window;
@@ -429,12 +385,11 @@ private:
 bool checkDataFile(const ControllerSimulator &controller, const QString &dataDir, Figures *figures)
 {
     QFile file(controller.dataFilePath());
-    if (file.exists()) {
-        if (!file.open(QIODevice::ReadOnly)
-            || !QJsonDocument::fromJson(file.readAll()).isObject()) {
-            figures->findings.append(QStringLiteral("the data file is not a JSON object"));
-            return false;
-        }
+    if (file.exists()
+        && (!file.open(QIODevice::ReadOnly)
+            || !QJsonDocument::fromJson(file.readAll()).isObject())) {
+        figures->findings.append(QStringLiteral("the data file is not a JSON object"));
+        return false;
     }
     // What a restarted controller reads must be what the running one holds.
     ControllerSimulator restarted(dataDir);
@@ -538,8 +493,6 @@ int main(int argc, char **argv)
         QObject::connect(&dismisser, &QTimer::timeout, &dismisser, [&figures] {
             if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
                 ++figures.dialogsClosed;
-                if (qEnvironmentVariableIsSet("KEL_SOAK_VERBOSE"))
-                    std::printf("kel_soak: dismissing %s\n", dialog->metaObject()->className());
                 dialog->reject();
             }
         });

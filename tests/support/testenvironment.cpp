@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QLabel>
 #include <QStringList>
 
 static void initKellaserweldResourcesForTests()
@@ -41,6 +43,23 @@ QStringList logLines()
     if (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
     return lines;
+}
+
+QImage indicatorImage(const QWidget *indicator)
+{
+    auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
+    return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
+}
+
+QJsonObject patched(QJsonObject base, const QJsonObject &changes)
+{
+    for (auto it = changes.constBegin(); it != changes.constEnd(); ++it) {
+        if (it.value().isNull())
+            base.remove(it.key());
+        else
+            base.insert(it.key(), it.value());
+    }
+    return base;
 }
 
 } // namespace testenv

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
+
+class QImage;
+class QWidget;
 
 namespace testenv {
 
@@ -14,5 +18,11 @@ QString logFilePath();
 void resetLogFile();
 // The lines of the plug-in's log file.
 QStringList logLines();
+
+// The picture of the status indicator's label "label" (null without one).
+QImage indicatorImage(const QWidget *indicator);
+
+// base with the changes applied; a null change removes the key.
+QJsonObject patched(QJsonObject base, const QJsonObject &changes);
 
 } // namespace testenv
