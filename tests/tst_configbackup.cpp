@@ -276,9 +276,10 @@ void TestConfigBackup::historyIsBoundedAndSurvivesARestart()
         for (int i = 1; i <= 5; ++i)
             QVERIFY(history.add(
                 {QDateTime::fromSecsSinceEpoch(i), i % 6, "set_weld_io_config", "weld_io_config",
-                    ChangeHistory::changes(json("{}"), QJsonObject {{"n", i}})},
+                    ChangeHistory::changes(json("{}"), QJsonObject {{"n", i}}),
+                    QStringLiteral("pendant %1").arg(i)},
                 &error));
-        QVERIFY(history.add({QDateTime::fromSecsSinceEpoch(9), 3, "c", "r", {}}, &error));
+        QVERIFY(history.add({QDateTime::fromSecsSinceEpoch(9), 3, "c", "r", {}, {}}, &error));
     }
     ChangeHistory reread(path, 3);
     QCOMPARE(reread.load(), QString());
@@ -286,7 +287,7 @@ void TestConfigBackup::historyIsBoundedAndSurvivesARestart()
     QCOMPARE(reread.entries().first().changes.first().after.toInt(), 3);
     QVERIFY(reread.entries().first().changes.first().before.isUndefined());
     QCOMPARE(reread.csv().split('\n').at(1),
-        QByteArray("1970-01-01T00:00:03.000Z,3,set_weld_io_config,weld_io_config,n,,3"));
+        QByteArray("1970-01-01T00:00:03.000Z,3,set_weld_io_config,weld_io_config,n,,3,pendant 3"));
     QCOMPARE(reread.csv("weld_setting_config").count('\n'), 1);
 
     QFile damaged(path);

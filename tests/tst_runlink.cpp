@@ -1,3 +1,4 @@
+#include "localcell.h"
 #include "messagelist.h"
 #include "programeditor.h"
 #include "runlink.h"
@@ -50,7 +51,8 @@ struct Pendant
     ControllerSimulator sim {dir.path()};
     ProgramEditor editor;
     MessageList messages;
-    RunLink link {&editor, sim.runner(), &messages};
+    LocalCell cell {&sim};
+    RunLink link {&editor, &cell, &messages};
 };
 
 } // namespace

@@ -54,7 +54,9 @@ void collect(const QString &path, const QJsonValue &before, const QJsonValue &af
             depth + 1, out);
 }
 
-QJsonObject toJson(const ChangeHistory::Entry &entry)
+} // namespace
+
+QJsonObject ChangeHistory::toJson(const Entry &entry)
 {
     QJsonArray changes;
     for (const auto &change : entry.changes) {
@@ -65,12 +67,15 @@ QJsonObject toJson(const ChangeHistory::Entry &entry)
             c.insert(QStringLiteral("new"), change.after);
         changes.append(c);
     }
-    return {{QStringLiteral("time"), entry.time.toUTC().toString(Qt::ISODateWithMs)},
+    QJsonObject out {{QStringLiteral("time"), entry.time.toUTC().toString(Qt::ISODateWithMs)},
         {QStringLiteral("user_level"), entry.userLevel}, {QStringLiteral("command"), entry.command},
         {QStringLiteral("record"), entry.record}, {QStringLiteral("changes"), changes}};
+    if (!entry.client.isEmpty())
+        out.insert(QStringLiteral("client"), entry.client);
+    return out;
 }
 
-bool fromJson(const QJsonValue &value, ChangeHistory::Entry *entry)
+bool ChangeHistory::fromJson(const QJsonValue &value, Entry *entry)
 {
     const QJsonObject o = value.toObject();
     entry->time
@@ -78,6 +83,7 @@ bool fromJson(const QJsonValue &value, ChangeHistory::Entry *entry)
     entry->userLevel = o.value(QLatin1String("user_level")).toInt(-1);
     entry->command = o.value(QLatin1String("command")).toString();
     entry->record = o.value(QLatin1String("record")).toString();
+    entry->client = o.value(QLatin1String("client")).toString();
     const QJsonValue changes = o.value(QLatin1String("changes"));
     if (!entry->time.isValid() || entry->userLevel < 0 || !changes.isArray())
         return false;
@@ -90,8 +96,6 @@ bool fromJson(const QJsonValue &value, ChangeHistory::Entry *entry)
     }
     return true;
 }
-
-} // namespace
 
 ChangeHistory::ChangeHistory(const QString &filePath, int limit)
     : m_store(new RecordStore(filePath)), m_limit(std::max(1, limit))
@@ -150,14 +154,14 @@ QVector<ChangeHistory::Change> ChangeHistory::changes(
 
 QByteArray ChangeHistory::csv(const QString &record) const
 {
-    QString text = QStringLiteral("time,user_level,command,record,key,old,new\n");
+    QString text = QStringLiteral("time,user_level,command,record,key,old,new,client\n");
     for (const Entry &entry : m_entries) {
         if (!record.isEmpty() && entry.record != record)
             continue;
         for (const Change &change : entry.changes) {
             const QStringList fields {entry.time.toUTC().toString(Qt::ISODateWithMs),
                 QString::number(entry.userLevel), entry.command, entry.record, change.key,
-                valueText(change.before), valueText(change.after)};
+                valueText(change.before), valueText(change.after), entry.client};
             QStringList quoted;
             for (const QString &field : fields)
                 quoted.append(csvField(field));

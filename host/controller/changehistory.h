@@ -3,6 +3,7 @@
 #include "kelplugin/kelplugin_global.h"
 
 #include <QDateTime>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 #include <QVector>
@@ -31,6 +32,7 @@ public:
         QString command;
         QString record;
         QVector<Change> changes;
+        QString client; // who sent the command over the network; empty: the pendant itself
     };
 
     static constexpr int defaultLimit = 500;
@@ -48,8 +50,11 @@ public:
 
     // The keys whose values differ between two versions of a record; arrays change whole.
     static QVector<Change> changes(const QJsonValue &before, const QJsonValue &after);
-    // One line per changed key, "time,user_level,command,record,key,old,new", oldest first;
-    // an empty record means all.
+    // An entry as the history file and the controller protocol carry it, and back.
+    static QJsonObject toJson(const Entry &entry);
+    static bool fromJson(const QJsonValue &value, Entry *entry);
+    // One line per changed key, "time,user_level,command,record,key,old,new,client", oldest
+    // first; an empty record means all.
     QByteArray csv(const QString &record = QString()) const;
 
 private:

@@ -285,7 +285,7 @@ bool ControllerSimulator::storeRecord(
     // The record is stored; a history that cannot be written is told, not a refusal.
     QString historyError;
     if (!m_history->add({QDateTime::currentDateTimeUtc(), m_userLevel, m_command, key,
-                            ChangeHistory::changes(old, value)},
+                            ChangeHistory::changes(old, value), m_clientName},
             &historyError))
         report(historyError);
     emit stateChanged();

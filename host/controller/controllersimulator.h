@@ -73,6 +73,8 @@ public:
     IoLayout ioLayout() const { return m_layout; }
     void setUserLevel(int level);
     void setRobotPowered(bool powered);
+    // Who sends the commands that follow, for the change history (a network client's name).
+    void setClientName(const QString &name) { m_clientName = name; }
 
     // A dropped connection answers every command with an empty array and every read with an
     // undefined value; restoring it emits connectionRestored().
@@ -173,6 +175,7 @@ private:
     std::unique_ptr<WeldRecords> m_weldRecords;
     std::unique_ptr<ChangeHistory> m_history;
     QString m_command; // the command being executed, for the history
+    QString m_clientName;
     ProgramRunner *m_runner = nullptr;
     QTimer *m_gasTimer = nullptr;
     QHash<QString, QJsonObject> m_records;

@@ -1,9 +1,6 @@
 #include "controlpanel.h"
 
-#include "controller/controllersimulator.h"
-#include "controller/programrunner.h"
-
-#include "controller/changehistory.h"
+#include "celllink.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -42,14 +39,16 @@ QString compact(const QJsonValue &value)
 }
 } // namespace
 
-ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidget *parent)
+ControlPanel::ControlPanel(CellLink *cell, QWidget *parent)
     : QWidget(parent)
-    , m_controller(controller)
+    , m_cell(cell)
     , m_userLevel(new QSpinBox(this))
     , m_powered(new QCheckBox(tr("Robot powered"), this))
     , m_connected(new QCheckBox(tr("Controller connected"), this))
     , m_faultCode(new QSpinBox(this))
+    , m_link(new QLabel(this))
     , m_state(new QLabel(this))
+    , m_dataFile(new QLabel(this))
     , m_traffic(new QListWidget(this))
     , m_outputs(new QTableWidget(0, 3, this))
     , m_outputTimer(new QTimer(this))
@@ -58,19 +57,23 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
 {
     auto *layout = new QVBoxLayout(this);
 
-    auto *cell = new QGroupBox(tr("Cell"), this);
-    auto *cellLayout = new QFormLayout(cell);
+    auto *cellBox = new QGroupBox(tr("Cell"), this);
+    auto *cellLayout = new QFormLayout(cellBox);
     m_userLevel->setObjectName(QStringLiteral("userLevel"));
     m_userLevel->setRange(0, 5);
-    m_userLevel->setValue(controller->getUserOperateLevel());
+    m_userLevel->setValue(cell->userLevel());
     cellLayout->addRow(tr("User level"), m_userLevel);
     m_powered->setObjectName(QStringLiteral("robotPowered"));
-    m_powered->setChecked(controller->getRobotEleStatus());
+    m_powered->setChecked(cell->state().robotPowered);
     cellLayout->addRow(m_powered);
     m_connected->setObjectName(QStringLiteral("controllerConnected"));
-    m_connected->setChecked(controller->isConnected());
+    m_connected->setChecked(cell->isConnected());
     cellLayout->addRow(m_connected);
-    layout->addWidget(cell);
+    m_link->setObjectName(QStringLiteral("controllerLink"));
+    m_link->setWordWrap(true);
+    m_link->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    cellLayout->addRow(m_link);
+    layout->addWidget(cellBox);
 
     auto *faults = new QGroupBox(tr("Next reply"), this);
     auto *faultLayout = new QFormLayout(faults);
@@ -92,11 +95,9 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
     m_state->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_state->setWordWrap(true);
     stateLayout->addWidget(m_state);
-    auto *file = new QLabel(
-        tr("Data file: %1").arg(QDir::toNativeSeparators(controller->dataFilePath())), state);
-    file->setWordWrap(true);
-    file->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    stateLayout->addWidget(file);
+    m_dataFile->setWordWrap(true);
+    m_dataFile->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    stateLayout->addWidget(m_dataFile);
     layout->addWidget(state);
 
     auto *outputs = new QGroupBox(tr("Outputs"), this);
@@ -151,25 +152,15 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
             exportHistoryCsv(path);
     });
 
-    connect(m_userLevel, qOverload<int>(&QSpinBox::valueChanged), controller,
-        &kelcontroller::ControllerSimulator::setUserLevel);
-    connect(m_powered, &QCheckBox::toggled, controller,
-        &kelcontroller::ControllerSimulator::setRobotPowered);
-    connect(m_connected, &QCheckBox::toggled, controller,
-        &kelcontroller::ControllerSimulator::setConnected);
+    connect(m_userLevel, qOverload<int>(&QSpinBox::valueChanged), cell, &CellLink::setUserLevel);
+    connect(m_powered, &QCheckBox::toggled, cell, &CellLink::setRobotPowered);
+    connect(m_connected, &QCheckBox::toggled, cell, &CellLink::setConnected);
     connect(failNext, &QPushButton::clicked, this,
-        [this] { m_controller->injectReturnCode(m_faultCode->value()); });
-    connect(emptyNext, &QPushButton::clicked, controller,
-        &kelcontroller::ControllerSimulator::injectEmptyReply);
-    connect(malformedNext, &QPushButton::clicked, controller,
-        &kelcontroller::ControllerSimulator::injectMalformedElement);
-    connect(controller, &kelcontroller::ControllerSimulator::stateChanged, this,
-        &ControlPanel::refreshState);
-    connect(controller, &kelcontroller::ControllerSimulator::commandHandled, this,
-        &ControlPanel::addTraffic);
-    using Runner = kelcontroller::ProgramRunner;
-    connect(controller->runner(), &Runner::stateChanged, this, &ControlPanel::refreshState);
-    connect(controller->runner(), &Runner::lineChanged, this, &ControlPanel::refreshState);
+        [this] { m_cell->injectReturnCode(m_faultCode->value()); });
+    connect(emptyNext, &QPushButton::clicked, cell, &CellLink::injectEmptyReply);
+    connect(malformedNext, &QPushButton::clicked, cell, &CellLink::injectMalformedElement);
+    connect(cell, &CellLink::stateChanged, this, &ControlPanel::refreshState);
+    connect(cell, &CellLink::commandHandled, this, &ControlPanel::addTraffic);
     refreshState();
     refreshOutputs();
     refreshHistory(true);
@@ -177,7 +168,7 @@ ControlPanel::ControlPanel(kelcontroller::ControllerSimulator *controller, QWidg
 
 void ControlPanel::refreshHistory(bool force)
 {
-    const auto &entries = m_controller->history().entries();
+    const auto entries = m_cell->history();
     // Most state changes are no configuration change; the table is rebuilt only for those.
     const QDateTime last = entries.isEmpty() ? QDateTime() : entries.last().time;
     if (!force && entries.size() == m_historyShown && last == m_historyLast)
@@ -206,9 +197,15 @@ void ControlPanel::refreshHistory(bool force)
 
 bool ControlPanel::exportHistoryCsv(const QString &path)
 {
+    const QByteArray csv = m_cell->historyCsv(m_historyFilter->currentData().toString());
     QSaveFile file(path);
+    if (csv.isEmpty()) {
+        QMessageBox::warning(
+            this, tr("Export the change history"), tr("The controller is not reachable."));
+        return false;
+    }
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(m_controller->history().csv(m_historyFilter->currentData().toString()));
+        file.write(csv);
         if (file.commit())
             return true;
     }
@@ -220,9 +217,10 @@ void ControlPanel::refreshState()
 {
     refreshHistory();
     using Sim = kelcontroller::ControllerSimulator;
+    const kelcontroller::CellState cell = m_cell->state();
     const auto onOff = [this](bool on) { return on ? tr("on") : tr("off"); };
     QString feeder;
-    switch (m_controller->feeder()) {
+    switch (cell.feeder) {
     case Sim::Feeder::Idle:
         feeder = tr("idle");
         break;
@@ -234,40 +232,43 @@ void ControlPanel::refreshState()
         break;
     }
     QStringList lines;
-    if (!m_controller->isConnected())
+    if (!cell.connected)
         lines.append(tr("Not connected"));
     lines.append(
-        tr("Work mode: %1")
-            .arg(m_controller->isVirtualWelding() ? tr("virtual welding") : tr("real welding")));
-    lines.append(tr("Laser welding enabled: %1").arg(onOff(m_controller->isWeldingEnabled())));
-    lines.append(tr("Guide laser: %1").arg(onOff(m_controller->isRedLightOn())));
-    const kelcontroller::ProgramRunner *runner = m_controller->runner();
-    const bool gas = m_controller->isGasOpen() || runner->outputs().gas;
-    lines.append(tr("Assist gas: %1").arg(gas ? tr("open") : tr("closed")));
+        tr("Work mode: %1").arg(cell.virtualWelding ? tr("virtual welding") : tr("real welding")));
+    lines.append(tr("Laser welding enabled: %1").arg(onOff(cell.weldingEnabled)));
+    lines.append(tr("Guide laser: %1").arg(onOff(cell.redLight)));
+    lines.append(tr("Assist gas: %1").arg(cell.gasOpen ? tr("open") : tr("closed")));
     lines.append(tr("Wire feeder: %1").arg(feeder));
-    lines.append(tr("Monitor stream: %1").arg(onOff(m_controller->isMonitorRunning())));
-    switch (runner->state()) {
+    lines.append(tr("Monitor stream: %1").arg(onOff(cell.monitorRunning)));
+    switch (cell.run) {
     case kelcontroller::ProgramRunner::State::Idle:
         lines.append(tr("Program: idle"));
         break;
     case kelcontroller::ProgramRunner::State::Running:
-        lines.append(tr("Program: running, line %1").arg(runner->currentLine() + 1));
+        lines.append(tr("Program: running, line %1").arg(cell.runLine + 1));
         break;
     case kelcontroller::ProgramRunner::State::Stepping:
-        lines.append(tr("Program: stepping, line %1").arg(runner->currentLine() + 1));
+        lines.append(tr("Program: stepping, line %1").arg(cell.runLine + 1));
         break;
     }
     m_state->setText(lines.join(QLatin1Char('\n')));
-    m_userLevel->setValue(m_controller->getUserOperateLevel());
-    m_powered->setChecked(m_controller->getRobotEleStatus());
-    m_connected->setChecked(m_controller->isConnected());
+    m_dataFile->setText(tr("Data file: %1").arg(QDir::toNativeSeparators(m_cell->dataFile())));
+    m_link->setText(m_cell->linkText());
+    m_userLevel->setValue(m_cell->userLevel());
+    m_powered->setChecked(cell.robotPowered);
+    m_connected->setChecked(m_cell->isConnected());
 }
 
 void ControlPanel::refreshOutputs()
 {
     if (!isVisible() && m_outputs->rowCount() > 0)
         return;
-    const auto ports = m_controller->assignedOutputs();
+    // The round trip changes with every request; the outputs' timer shows it too.
+    const QString link = m_cell->linkText();
+    if (m_link->text() != link)
+        m_link->setText(link);
+    const auto ports = m_cell->state().outputs;
     m_outputs->setRowCount(ports.size());
     for (int row = 0; row < ports.size(); ++row) {
         const auto &port = ports.at(row);

@@ -13,19 +13,16 @@ class QSpinBox;
 class QTableWidget;
 class QTimer;
 
-namespace kelcontroller {
-class ControllerSimulator;
-}
+class CellLink;
 
 // The pendant's controls for what a real cell decides elsewhere: who is logged in, whether
 // the robot is powered, whether the controller is reachable, and faults to try the plug-in
-// against. It also shows the simulated controller's state and its command traffic.
+// against. It also shows the controller's state, where it is, and its command traffic.
 class ControlPanel : public QWidget
 {
     Q_OBJECT
 public:
-    explicit ControlPanel(
-        kelcontroller::ControllerSimulator *controller, QWidget *parent = nullptr);
+    explicit ControlPanel(CellLink *cell, QWidget *parent = nullptr);
 
     void refreshState();
     // The assigned output ports with their live values, while a weld may change them.
@@ -38,12 +35,14 @@ public:
 private:
     void addTraffic(const QString &command, const QJsonValue &payload, const QJsonArray &reply);
 
-    kelcontroller::ControllerSimulator *m_controller;
+    CellLink *m_cell;
     QSpinBox *m_userLevel;
     QCheckBox *m_powered;
     QCheckBox *m_connected;
     QSpinBox *m_faultCode;
+    QLabel *m_link;
     QLabel *m_state;
+    QLabel *m_dataFile;
     QListWidget *m_traffic;
     QTableWidget *m_outputs;
     QTimer *m_outputTimer;

@@ -1,21 +1,27 @@
+#include "localcell.h"
 #include "pendantwindow.h"
 #include "pluginhost.h"
 #include "programeditor.h"
+#include "remotecell.h"
 #include "runlink.h"
 #include "screenshotter.h"
 
 #include "controller/controllersimulator.h"
 #include "kelplugin/interfacemanager.h"
+#include "kelplugin/networkcontroller.h"
 #include "kelplugin/pluginbase.h"
 #include "kelplugin/qflog.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFile>
+#include <QSysInfo>
 #include <QTimer>
 #include <QTranslator>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -63,8 +69,14 @@ int main(int argc, char *argv[])
     const QCommandLineOption langOption(QStringLiteral("lang"),
         QStringLiteral("Show the plug-ins in <language>, such as zh_CN."),
         QStringLiteral("language"));
-    parser.addOptions(
-        {pluginsOption, dataOption, portsOption, levelOption, shotOption, langOption});
+    const QCommandLineOption controllerOption(QStringLiteral("controller"),
+        QStringLiteral("Use the kelcontroller at <host:port> instead of the embedded simulator."),
+        QStringLiteral("host:port"));
+    const QCommandLineOption keyOption(QStringLiteral("controller-key"),
+        QStringLiteral("The cell key for --controller: the controller's kelcontroller.key."),
+        QStringLiteral("file"));
+    parser.addOptions({pluginsOption, dataOption, portsOption, levelOption, shotOption, langOption,
+        controllerOption, keyOption});
     parser.process(app);
 
     bool ok = true;
@@ -74,19 +86,59 @@ int main(int argc, char *argv[])
         return 2;
     }
 
-    kelcontroller::ControllerSimulator controller(parser.value(dataOption));
-    if (parser.isSet(portsOption)) {
-        const int ports = parser.value(portsOption).toInt(&ok);
-        if (!ok || ports < 0 || ports > 100000) {
-            fail(QStringLiteral("--ports takes a number from 0 to 100000."));
+    // The controller: simulated in this process, or a kelcontroller on the network.
+    std::unique_ptr<kelcontroller::ControllerSimulator> simulator;
+    std::unique_ptr<kelplugin::NetworkController> network;
+    std::unique_ptr<CellLink> cell;
+    if (parser.isSet(controllerOption)) {
+        for (const QCommandLineOption *local : {&dataOption, &portsOption, &shotOption}) {
+            if (parser.isSet(*local)) {
+                fail(QStringLiteral("--%1 is for the embedded controller; leave out --controller.")
+                         .arg(local->names().constFirst()));
+                return 2;
+            }
+        }
+        QString host;
+        quint16 port = 0;
+        if (!kelplugin::NetworkController::parseAddress(
+                parser.value(controllerOption), &host, &port)) {
+            fail(QStringLiteral("--controller takes HOST:PORT, such as 127.0.0.1:7700."));
             return 2;
         }
-        controller.setIoLayout(kelcontroller::IoLayout::uniform(ports));
+        if (!parser.isSet(keyOption)) {
+            fail(QStringLiteral("--controller needs --controller-key FILE, the controller's "
+                                "kelcontroller.key."));
+            return 2;
+        }
+        QFile keyFile(parser.value(keyOption));
+        if (!keyFile.open(QIODevice::ReadOnly)) {
+            fail(QStringLiteral("cannot read the cell key %1: %2")
+                     .arg(keyFile.fileName(), keyFile.errorString()));
+            return 2;
+        }
+        network = std::make_unique<kelplugin::NetworkController>(
+            host, port, keyFile.readLine(4096).trimmed());
+        network->setClientName(
+            QStringLiteral("kelpendant@%1").arg(QSysInfo::machineHostName().left(40)));
+        network->setUserLevel(level);
+        kelplugin::setControllerBackend(network.get());
+        cell = std::make_unique<RemoteCell>(network.get());
+    } else {
+        simulator = std::make_unique<kelcontroller::ControllerSimulator>(parser.value(dataOption));
+        if (parser.isSet(portsOption)) {
+            const int ports = parser.value(portsOption).toInt(&ok);
+            if (!ok || ports < 0 || ports > 100000) {
+                fail(QStringLiteral("--ports takes a number from 0 to 100000."));
+                return 2;
+            }
+            simulator->setIoLayout(kelcontroller::IoLayout::uniform(ports));
+        }
+        simulator->setUserLevel(level);
+        kelplugin::setControllerBackend(simulator.get());
+        cell = std::make_unique<LocalCell>(simulator.get());
     }
-    controller.setUserLevel(level);
-    kelplugin::setControllerBackend(&controller);
 
-    PendantWindow window(&controller);
+    PendantWindow window(cell.get());
     // Leaves the plug-in a centre area of about 1024 by 768, as on the pendant.
     window.resize(1680, 1010);
 
@@ -121,11 +173,11 @@ int main(int argc, char *argv[])
     programEditor->setObjectName(QStringLiteral("ProgramEditor"));
     programEditor->reloadCatalogue();
     window.addPendantPage(programEditor, QApplication::translate("kelpendant", "Program"));
-    RunLink runLink(programEditor, controller.runner(), window.messageList());
+    RunLink runLink(programEditor, cell.get(), window.messageList());
 
     int result = 0;
     if (parser.isSet(shotOption)) {
-        Screenshotter shooter(&window, parser.value(shotOption), &controller);
+        Screenshotter shooter(&window, parser.value(shotOption), simulator.get());
         const QStringList written = shooter.run();
         for (const QString &file : written)
             std::printf("%s\n", qPrintable(file));
@@ -135,7 +187,7 @@ int main(int argc, char *argv[])
     } else {
         window.show();
         // A real pendant reports the connection once its link is up.
-        QTimer::singleShot(0, &controller, [&controller] { controller.setConnected(true); });
+        QTimer::singleShot(0, cell.get(), [&cell] { cell->setConnected(true); });
         result = app.exec();
     }
     host.shutdown();

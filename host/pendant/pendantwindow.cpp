@@ -4,6 +4,8 @@
 #include "keypanel.h"
 #include "messagelist.h"
 
+#include "localcell.h"
+
 #include "controller/controllersimulator.h"
 
 #include <QDockWidget>
@@ -16,12 +18,19 @@
 #include <QVBoxLayout>
 
 PendantWindow::PendantWindow(kelcontroller::ControllerSimulator *controller, QWidget *parent)
+    : PendantWindow(new LocalCell(controller), parent)
+{
+    m_cell->setParent(this);
+}
+
+PendantWindow::PendantWindow(CellLink *cell, QWidget *parent)
     : QMainWindow(parent)
+    , m_cell(cell)
     , m_centre(new QTabWidget(this))
     , m_firstKeys(new KeyPanel(this))
     , m_secondKeys(new KeyPanel(this))
     , m_messages(new MessageList(this))
-    , m_controls(new ControlPanel(controller, this))
+    , m_controls(new ControlPanel(cell, this))
     , m_modalState(new QLabel(this))
 {
     setObjectName(QStringLiteral("PendantWindow"));
@@ -58,8 +67,10 @@ PendantWindow::PendantWindow(kelcontroller::ControllerSimulator *controller, QWi
     m_modalState->setObjectName(QStringLiteral("modalState"));
     statusBar()->addWidget(m_modalState);
 
-    connect(controller, &kelcontroller::ControllerSimulator::problem, this,
-        &PendantWindow::reportProblem);
+    connect(cell, &CellLink::problem, this, &PendantWindow::reportProblem);
+    connect(cell, &CellLink::notice, this, [this](const QString &text) {
+        m_messages->addMessage(QStringLiteral("kelpendant"), 0, text);
+    });
 
     kelplugin::setShellBackend(this);
 }

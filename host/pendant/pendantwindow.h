@@ -7,6 +7,7 @@
 #include <QMultiMap>
 #include <QPointer>
 
+class CellLink;
 class ControlPanel;
 class KeyPanel;
 class MessageList;
@@ -23,6 +24,9 @@ class PendantWindow : public QMainWindow, public kelplugin::ShellBackend
 {
     Q_OBJECT
 public:
+    // The cell's controls and state come from the link, which stays the caller's.
+    explicit PendantWindow(CellLink *cell, QWidget *parent = nullptr);
+    // A controller simulated in this process, linked by the window itself.
     explicit PendantWindow(
         kelcontroller::ControllerSimulator *controller, QWidget *parent = nullptr);
     ~PendantWindow() override;
@@ -34,6 +38,7 @@ public:
     QTabWidget *centreTabs() const { return m_centre; }
     QWidget *centreWidget(const QString &pluginKey) const;
     MessageList *messageList() const { return m_messages; }
+    CellLink *cell() const { return m_cell; }
     KeyPanel *firstKeys() const { return m_firstKeys; }
     KeyPanel *secondKeys() const { return m_secondKeys; }
 
@@ -52,6 +57,7 @@ public:
     void reportProblem(const QString &text);
 
 private:
+    CellLink *m_cell;
     QTabWidget *m_centre;
     KeyPanel *m_firstKeys;
     KeyPanel *m_secondKeys;

@@ -3,7 +3,7 @@
 #include "messagelist.h"
 #include "programeditor.h"
 
-#include "controller/programrunner.h"
+#include "celllink.h"
 
 #include <QFileInfo>
 
@@ -24,31 +24,31 @@ ProgramEditor::RunState editorState(kelcontroller::ProgramRunner::State state)
 
 } // namespace
 
-RunLink::RunLink(ProgramEditor *editor, kelcontroller::ProgramRunner *runner, MessageList *messages,
-    QObject *parent)
-    : QObject(parent), m_editor(editor), m_runner(runner), m_messages(messages)
+RunLink::RunLink(ProgramEditor *editor, CellLink *cell, MessageList *messages, QObject *parent)
+    : QObject(parent), m_editor(editor), m_cell(cell), m_messages(messages)
 {
-    using Runner = kelcontroller::ProgramRunner;
     connect(editor, &ProgramEditor::runRequested, this, &RunLink::run);
     connect(editor, &ProgramEditor::stepRequested, this, &RunLink::step);
-    connect(editor, &ProgramEditor::stopRequested, runner, &Runner::stop);
-    connect(editor, &ProgramEditor::speedFactorChanged, runner, &Runner::setSpeedFactor);
-    connect(runner, &Runner::lineChanged, editor, &ProgramEditor::setRunLine);
-    connect(runner, &Runner::stateChanged, editor,
-        [editor](Runner::State state) { editor->setRunState(editorState(state)); });
-    connect(runner, &Runner::message, this, &RunLink::showMessage);
-    runner->setSpeedFactor(editor->speedFactor());
-    editor->setRunState(editorState(runner->state()));
+    connect(editor, &ProgramEditor::stopRequested, cell, &CellLink::stop);
+    connect(editor, &ProgramEditor::speedFactorChanged, cell, &CellLink::setSpeedFactor);
+    connect(cell, &CellLink::runLineChanged, editor, &ProgramEditor::setRunLine);
+    connect(cell, &CellLink::runStateChanged, editor,
+        [editor](kelcontroller::ProgramRunner::State state) {
+            editor->setRunState(editorState(state));
+        });
+    connect(cell, &CellLink::runMessage, this, &RunLink::showMessage);
+    cell->setSpeedFactor(editor->speedFactor());
+    editor->setRunState(editorState(cell->state().run));
 }
 
 void RunLink::run()
 {
-    m_runner->run(m_editor->lines(), QFileInfo(m_editor->fileName()).fileName());
+    m_cell->run(m_editor->lines(), QFileInfo(m_editor->fileName()).fileName());
 }
 
 void RunLink::step()
 {
-    m_runner->step(m_editor->lines(), QFileInfo(m_editor->fileName()).fileName());
+    m_cell->step(m_editor->lines(), QFileInfo(m_editor->fileName()).fileName());
 }
 
 void RunLink::showMessage(int level, const QString &text, int line)

@@ -2,12 +2,9 @@
 
 #include <QObject>
 
+class CellLink;
 class MessageList;
 class ProgramEditor;
-
-namespace kelcontroller {
-class ProgramRunner;
-}
 
 // Runs the program editor's program on the controller: the editor's Run, Step and Stop drive
 // the controller's run, and the run's line, state and refusals show in the editor and, as
@@ -16,8 +13,8 @@ class RunLink : public QObject
 {
     Q_OBJECT
 public:
-    RunLink(ProgramEditor *editor, kelcontroller::ProgramRunner *runner, MessageList *messages,
-        QObject *parent = nullptr);
+    RunLink(
+        ProgramEditor *editor, CellLink *cell, MessageList *messages, QObject *parent = nullptr);
 
 private:
     void run();
@@ -25,6 +22,6 @@ private:
     void showMessage(int level, const QString &text, int line);
 
     ProgramEditor *m_editor;
-    kelcontroller::ProgramRunner *m_runner;
+    CellLink *m_cell;
     MessageList *m_messages;
 };
