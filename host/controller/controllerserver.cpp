@@ -71,8 +71,11 @@ ControllerServer::ControllerServer(
 
 ControllerServer::~ControllerServer()
 {
-    for (auto it = m_sessions.cbegin(); it != m_sessions.cend(); ++it)
-        it.key()->abort();
+    // Closing a socket reports its session gone; that must not reach a half-destroyed server.
+    for (QTcpSocket *socket : m_sessions.keys()) {
+        socket->disconnect(this);
+        socket->abort();
+    }
 }
 
 bool ControllerServer::listen(const QHostAddress &address, quint16 port)

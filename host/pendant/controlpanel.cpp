@@ -17,6 +17,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTime>
@@ -255,6 +256,11 @@ void ControlPanel::refreshState()
     m_state->setText(lines.join(QLatin1Char('\n')));
     m_dataFile->setText(tr("Data file: %1").arg(QDir::toNativeSeparators(m_cell->dataFile())));
     m_link->setText(m_cell->linkText());
+    // Showing the state is no operator action: a link that dropped must not be told to stay
+    // down, nor a robot to power off, because the box follows it.
+    const QSignalBlocker levelBlocker(m_userLevel);
+    const QSignalBlocker poweredBlocker(m_powered);
+    const QSignalBlocker connectedBlocker(m_connected);
     m_userLevel->setValue(m_cell->userLevel());
     m_powered->setChecked(cell.robotPowered);
     m_connected->setChecked(m_cell->isConnected());
