@@ -1,0 +1,98 @@
+// A controller reached over the loopback address against the one embedded in the pendant: the
+// round trip alone, and reading the largest record, as a page show does.
+#include "benchmain.h"
+
+#include "controller/controllersimulator.h"
+#include "kelplugin/networkcontroller.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QThread>
+
+namespace {
+
+// One kelcontroller for the whole run, with every weld data set there is.
+struct Remote
+{
+    Remote()
+    {
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost, 0);
+        port = probe.serverPort();
+        probe.close();
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(QStringLiteral(KEL_CONTROLLER_PATH),
+            {QStringLiteral("--data-dir"), dir.path(), QStringLiteral("--listen"),
+                QStringLiteral("127.0.0.1:%1").arg(port)});
+        for (int i = 0; i < 200 && !QFile::exists(dir.filePath("kelcontroller.key")); ++i)
+            QThread::msleep(10);
+        QThread::msleep(100);
+        QFile keyFile(dir.filePath(QStringLiteral("kelcontroller.key")));
+        keyFile.open(QIODevice::ReadOnly);
+        net = std::make_unique<kelplugin::NetworkController>(
+            QStringLiteral("127.0.0.1"), port, keyFile.readLine().trimmed());
+        net->setUserLevel(3);
+        net->connectToController();
+        for (int i = 0; i < 200 && !net->isReachable(); ++i) {
+            QCoreApplication::processEvents();
+            QThread::msleep(5);
+        }
+    }
+    ~Remote()
+    {
+        net.reset();
+        process.kill();
+        process.waitForFinished();
+    }
+    QTemporaryDir dir;
+    quint16 port = 0;
+    QProcess process;
+    std::unique_ptr<kelplugin::NetworkController> net;
+};
+
+Remote &remote()
+{
+    static Remote r;
+    return r;
+}
+
+void read(benchmark::State &state, kelplugin::ControllerBackend &backend, const QString &key)
+{
+    if (backend.getKelServiceData(key).isUndefined()) {
+        state.SkipWithError("the controller does not answer");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(backend.getKelServiceData(key));
+}
+
+} // namespace
+
+void registerBenchmarks()
+{
+    static QTemporaryDir localDir;
+    static kelcontroller::ControllerSimulator local(localDir.path());
+    const QString record = QStringLiteral("weld_param_config");
+    const QString status = QStringLiteral("laser_weld_data.virtual_welding_status");
+    // Wall-clock time: most of a round trip is the other process's.
+    kelbench::add(kelbench::name("network_read", "ours", "record"),
+        [record](benchmark::State &s) { read(s, *remote().net, record); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_read", "ref_embedded", "record"),
+        [record](benchmark::State &s) { read(s, local, record); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_read", "ours", "status"),
+        [status](benchmark::State &s) { read(s, *remote().net, status); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_read", "ref_embedded", "status"),
+        [status](benchmark::State &s) { read(s, local, status); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+}
+
+KEL_BENCHMARK_MAIN()
