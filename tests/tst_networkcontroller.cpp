@@ -138,6 +138,7 @@ private slots:
     void badMessagesCloseOnlyTheirConnection();
     void twoPendantsShareOneController();
     void remoteRunIsRefusedAndMarked();
+    void killedMidCommandFailsWithinTheTimeout_data();
     void killedMidCommandFailsWithinTheTimeout();
     void reconnectsAndSaysSoOncePerOutage();
     void cleanupTestCase();
@@ -343,8 +344,16 @@ void TestNetworkController::remoteRunIsRefusedAndMarked()
     QVERIFY(cell.linkText().contains(QString::number(m_controller->port)));
 }
 
+void TestNetworkController::killedMidCommandFailsWithinTheTimeout_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("killed") << int(SIGKILL);
+    QTest::newRow("hung") << int(SIGSTOP);
+}
+
 void TestNetworkController::killedMidCommandFailsWithinTheTimeout()
 {
+    QFETCH(int, signal);
     QTemporaryDir data;
     Controller slow(data.path());
     QVERIFY(slow.start(freePort(), {"--reply-delay", "1000"}));
@@ -358,9 +367,9 @@ void TestNetworkController::killedMidCommandFailsWithinTheTimeout()
     QVERIFY(!io.isEmpty());
 
     const qint64 pid = slow.process.processId();
-    std::thread killer([pid] {
+    std::thread killer([pid, signal] {
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        ::kill(pid_t(pid), SIGKILL);
+        ::kill(pid_t(pid), signal);
     });
     QElapsedTimer clock;
     clock.start();
@@ -379,7 +388,7 @@ void TestNetworkController::killedMidCommandFailsWithinTheTimeout()
     QFile file(data.filePath("kelcontroller.json"));
     if (file.open(QIODevice::ReadOnly)) // written whole or not at all
         QVERIFY(QJsonDocument::fromJson(file.readAll()).isObject());
-    slow.process.waitForFinished();
+    slow.kill();
 }
 
 void TestNetworkController::reconnectsAndSaysSoOncePerOutage()

@@ -30,7 +30,12 @@ NetworkController::NetworkController(
     , m_stream(m_socket)
     , m_retry(new QTimer(this))
     , m_heartbeat(new QTimer(this))
+    , m_handshakeTimer(new QTimer(this))
 {
+    m_handshakeTimer->setSingleShot(true);
+    connect(m_handshakeTimer, &QTimer::timeout, this,
+        [this] { lose(tr("no answer within %1 s").arg(m_timeoutMs / 1000.0)); });
+    connect(m_socket, &QTcpSocket::readyRead, this, &NetworkController::readHello);
     m_retry->setSingleShot(true);
     connect(m_retry, &QTimer::timeout, this, &NetworkController::tryConnect);
     m_heartbeat->setInterval(kHeartbeatMs);
@@ -105,6 +110,8 @@ void NetworkController::disconnectFromController()
     m_wanted = false;
     m_retry->stop();
     m_heartbeat->stop();
+    m_handshakeTimer->stop();
+    m_helloId = 0;
     const bool was = m_reachable;
     m_reachable = false;
     m_socket->abort();
@@ -123,15 +130,36 @@ void NetworkController::tryConnect()
 
 void NetworkController::handshake()
 {
-    const QJsonObject reply = exchange({{QStringLiteral("op"), QStringLiteral("hello")},
-        {QStringLiteral("key"), QString::fromLatin1(m_key)},
-        {QStringLiteral("client"), m_clientName}});
+    // Answered on readyRead: a controller that accepts but does not answer (hung, or not a
+    // controller at all) must not freeze the pendant on every attempt.
+    m_helloId = m_nextId++;
+    m_stream.send(
+        {{QStringLiteral("id"), m_helloId}, {QStringLiteral("op"), QStringLiteral("hello")},
+            {QStringLiteral("key"), QString::fromLatin1(m_key)},
+            {QStringLiteral("client"), m_clientName}});
+    m_handshakeTimer->start(m_timeoutMs);
+}
+
+void NetworkController::readHello()
+{
+    if (m_helloId == 0)
+        return; // a request waits for its own answer
+    QJsonObject reply;
+    const MessageStream::Status status = m_stream.next(&reply);
+    if (status == MessageStream::Status::Pending)
+        return;
+    if (status != MessageStream::Status::Message
+        || reply.value(QLatin1String("id")).toDouble() != double(m_helloId)) {
+        lose(tr("its answer was unreadable (%1)").arg(m_stream.error()));
+        return;
+    }
+    m_helloId = 0;
+    m_handshakeTimer->stop();
     bool ok = false;
     const QJsonValue info = result(reply, &ok);
     if (!ok) {
-        if (!reply.isEmpty())
-            lose(tr("it refused this pendant (%1)")
-                     .arg(reply.value(QLatin1String("error")).toString()));
+        lose(
+            tr("it refused this pendant (%1)").arg(reply.value(QLatin1String("error")).toString()));
         return;
     }
     m_info = info.toObject();
@@ -147,6 +175,8 @@ void NetworkController::lose(const QString &why)
 {
     const bool was = m_reachable;
     m_reachable = false;
+    m_helloId = 0;
+    m_handshakeTimer->stop();
     m_heartbeat->stop();
     if (m_socket->state() != QAbstractSocket::UnconnectedState)
         m_socket->abort(); // may come back here through disconnected(): told once below

@@ -82,6 +82,7 @@ signals:
 private:
     void tryConnect();
     void handshake();
+    void readHello();
     void lose(const QString &why);
     void scheduleRetry();
     QJsonObject exchange(QJsonObject message);
@@ -98,6 +99,8 @@ private:
     MessageStream m_stream;
     QTimer *m_retry;
     QTimer *m_heartbeat;
+    QTimer *m_handshakeTimer;
+    qint64 m_helloId = 0; // the hello waiting for its answer
     int m_timeoutMs = defaultTimeoutMs;
     int m_firstDelayMs = 250;
     int m_maxDelayMs = 5000;
