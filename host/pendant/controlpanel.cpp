@@ -54,7 +54,7 @@ ControlPanel::ControlPanel(CellLink *cell, QWidget *parent)
     , m_outputs(new QTableWidget(0, 3, this))
     , m_outputTimer(new QTimer(this))
     , m_historyFilter(new QComboBox(this))
-    , m_history(new QTableWidget(0, 6, this))
+    , m_history(new QTableWidget(0, 7, this))
 {
     auto *layout = new QVBoxLayout(this);
 
@@ -138,7 +138,7 @@ ControlPanel::ControlPanel(CellLink *cell, QWidget *parent)
     historyLayout->addLayout(historyBar);
     m_history->setObjectName(QStringLiteral("changeHistory"));
     m_history->setHorizontalHeaderLabels(
-        {tr("Time"), tr("Level"), tr("Command"), tr("Key"), tr("Old"), tr("New")});
+        {tr("Time"), tr("Level"), tr("Command"), tr("Key"), tr("Old"), tr("New"), tr("Client")});
     m_history->verticalHeader()->hide();
     m_history->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_history->horizontalHeader()->setStretchLastSection(true);
@@ -189,7 +189,7 @@ void ControlPanel::refreshHistory(bool force)
                 entry->time.toLocalTime().toString(QStringLiteral("MM-dd hh:mm:ss")),
                 QString::number(entry->userLevel), entry->command,
                 entry->record + QLatin1Char('.') + change.key, compact(change.before),
-                compact(change.after)};
+                compact(change.after), entry->client};
             for (int column = 0; column < cells.size(); ++column)
                 m_history->setItem(row, column, new QTableWidgetItem(cells.at(column)));
         }
