@@ -22,21 +22,17 @@ namespace {
 
 const QString key = QStringLiteral("kellaserweld");
 
-QJsonArray send(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
+// The entry of command in the reply to a request holding only it.
+QJsonObject entryOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
 {
-    return sim.commandCustomData(nullptr, key, QJsonObject {{command, payload}});
-}
-
-// The reply entry of command in a well-formed one-element reply.
-QJsonObject entryOf(const QJsonArray &reply, const QString &command, const QString &plugin = key)
-{
-    return reply.at(0).toObject().value(plugin).toObject().value(command).toObject();
+    return sim.commandCustomData(nullptr, key, QJsonObject {{command, payload}})
+        .at(0)[key][command]
+        .toObject();
 }
 
 int returnOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
 {
-    const QJsonValue code = entryOf(send(sim, command, payload), command).value("return");
-    return code.isDouble() ? code.toInt() : -1;
+    return entryOf(sim, command, payload).value("return").toInt(-1);
 }
 
 QByteArray readAll(const QString &path)
@@ -183,8 +179,7 @@ private slots:
         QSignalSpy problems(&sim, &ControllerSimulator::problem);
         QJsonObject io = FactoryRecords::ioConfig();
         io.insert("gas_protect_port", "DO20");
-        const QJsonObject entry
-            = entryOf(send(sim, "set_weld_io_config", io), "set_weld_io_config");
+        const QJsonObject entry = entryOf(sim, "set_weld_io_config", io);
         makeWritable(dir.path());
         if (!locked)
             QSKIP("the data folder cannot be made read-only here");
@@ -195,60 +190,6 @@ private slots:
         QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
         QCOMPARE(readAll(sim.dataFilePath()), before);
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {"kelcontroller.json"});
-    }
-
-    void unknownCommandIsRefusedWithAMessage()
-    {
-        FreshSimulator sim;
-        QSignalSpy problems(&sim, &ControllerSimulator::problem);
-        QSignalSpy handled(&sim, &ControllerSimulator::commandHandled);
-
-        const QJsonArray reply = send(sim, "set_weld_teleport", true);
-        const QJsonObject entry = entryOf(reply, "set_weld_teleport");
-        QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::UnknownCommand));
-        QVERIFY(entry.value("message").toString().contains("set_weld_teleport"));
-        QCOMPARE(problems.count(), 1);
-        QCOMPARE(handled.count(), 1);
-        QCOMPARE(handled.at(0).at(0).toString(), QString("set_weld_teleport"));
-        QCOMPARE(handled.at(0).at(2).toJsonArray(), reply);
-
-        const QJsonArray foreign = sim.commandCustomData(
-            nullptr, "kelspotweld", QJsonObject {{"set_weld_red_light", true}});
-        QCOMPARE(entryOf(foreign, "set_weld_red_light", "kelspotweld").value("return").toInt(),
-            int(ControllerSimulator::UnknownCommand));
-        QVERIFY(!sim.isRedLightOn());
-    }
-
-    void serviceKeys_data()
-    {
-        QTest::addColumn<QString>("serviceKey");
-        QTest::addColumn<QJsonValue>("expected");
-        QTest::addColumn<bool>("reported");
-
-        QTest::newRow("red light status")
-            << "laser_weld_data.weld_redlight_status" << QJsonValue(true) << false;
-        QTest::newRow("member of a record")
-            << "weld_setting_config.manual_gas_time" << QJsonValue(5000) << false;
-        QTest::newRow("unknown record") << "weld_laser_config" << QJsonValue() << true;
-        QTest::newRow("missing member") << "laser_weld_data.arc_status" << QJsonValue() << true;
-        QTest::newRow("monitor not started") << "weld_monitor_data" << QJsonValue() << false;
-    }
-
-    void serviceKeys()
-    {
-        QFETCH(QString, serviceKey);
-        QFETCH(QJsonValue, expected);
-        QFETCH(bool, reported);
-
-        FreshSimulator sim;
-        QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
-        QSignalSpy problems(&sim, &ControllerSimulator::problem);
-        const QJsonValue value = sim.getKelServiceData(serviceKey);
-        if (expected.isNull())
-            QVERIFY(value.isUndefined());
-        else
-            QCOMPARE(value, expected);
-        QCOMPARE(problems.count(), reported ? 1 : 0);
     }
 
     void recordSave_data()
@@ -341,42 +282,6 @@ private slots:
         QCOMPARE(QFile::exists(sim.dataFilePath()), code == 0);
     }
 
-    void weldEnable_data()
-    {
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("powered");
-        QTest::addColumn<QString>("laserPort");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<bool>("enabled");
-
-        QTest::newRow("on with laser port") << "TRUE" << false << "DO1" << true << true;
-        QTest::newRow("on while powered") << "TRUE" << true << "DO1" << false << false;
-        QTest::newRow("on without laser port") << "TRUE" << false << "" << false << false;
-        QTest::newRow("off while powered") << "FALSE" << true << "DO1" << true << false;
-        QTest::newRow("lower case") << "true" << false << "DO1" << false << false;
-    }
-
-    void weldEnable()
-    {
-        QFETCH(QString, value);
-        QFETCH(bool, powered);
-        QFETCH(QString, laserPort);
-        QFETCH(bool, accepted);
-        QFETCH(bool, enabled);
-
-        FreshSimulator sim;
-        QJsonObject io = FactoryRecords::ioConfig();
-        io.insert("laser_enable_port", laserPort);
-        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-        sim.setRobotPowered(powered);
-
-        const QJsonArray reply = sim.commandCustomData(nullptr, key, "set_weld_enable", value);
-        // The page accepts only a JSON boolean true here.
-        QCOMPARE(entryOf(reply, "set_weld_enable").value("return"), QJsonValue(accepted));
-        QCOMPARE(sim.isWeldingEnabled(), enabled);
-        QCOMPARE(sim.record("weld_setting_config").value("laser_main_enable").toBool(), enabled);
-    }
-
     void computeCurve_data()
     {
         QTest::addColumn<QJsonObject>("curve");
@@ -414,8 +319,7 @@ private slots:
         QFETCH(double, intercept);
 
         FreshSimulator sim;
-        const QJsonObject entry
-            = entryOf(send(sim, "compute_curve_config", curve), "compute_curve_config");
+        const QJsonObject entry = entryOf(sim, "compute_curve_config", curve);
         QCOMPARE(entry.value("return").toInt(), code);
         if (code != 0) {
             QVERIFY(!entry.contains("slope"));
@@ -424,75 +328,6 @@ private slots:
         }
         QVERIFY(qAbs(entry.value("slope").toDouble() - slope) < 1e-9);
         QVERIFY(qAbs(entry.value("intercept").toDouble() - intercept) < 1e-9);
-    }
-
-    void manualWire_data()
-    {
-        QTest::addColumn<bool>("feederEnabled");
-        QTest::addColumn<bool>("welding");
-        QTest::addColumn<int>("code");
-
-        QTest::newRow("feeder ready") << true << false << 0;
-        QTest::newRow("feeder disabled") << false << false << 4;
-        QTest::newRow("welding enabled") << true << true << 3;
-    }
-
-    void manualWire()
-    {
-        QFETCH(bool, feederEnabled);
-        QFETCH(bool, welding);
-        QFETCH(int, code);
-
-        FreshSimulator sim;
-        QJsonObject settings = FactoryRecords::settingConfig();
-        settings.insert("feeder_enable", feederEnabled);
-        QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
-        if (welding)
-            sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
-
-        QCOMPARE(returnOf(sim, "set_weld_feed_wire", true), code);
-        QCOMPARE(sim.feeder(),
-            code == 0 ? ControllerSimulator::Feeder::Feeding : ControllerSimulator::Feeder::Idle);
-        QCOMPARE(returnOf(sim, "set_weld_retract_wire", true), code);
-        QCOMPARE(sim.feeder(),
-            code == 0 ? ControllerSimulator::Feeder::Retracting
-                      : ControllerSimulator::Feeder::Idle);
-        // Releasing the button must always stop the wire.
-        QCOMPARE(returnOf(sim, "set_weld_retract_wire", false), 0);
-        QCOMPARE(sim.feeder(), ControllerSimulator::Feeder::Idle);
-        QCOMPARE(returnOf(sim, "set_weld_feed_wire", "yes"), 2);
-    }
-
-    void manualGasClosesAfterPurgeTime()
-    {
-        FreshSimulator sim;
-        QJsonObject settings = FactoryRecords::settingConfig();
-        settings.insert("manual_gas_time", 1000);
-        QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
-        QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
-
-        QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 0);
-        QVERIFY(sim.isGasOpen());
-        QTRY_VERIFY_WITH_TIMEOUT(!sim.isGasOpen(), 5000);
-        QCOMPARE(changed.count(), 2);
-
-        QJsonObject io = FactoryRecords::ioConfig();
-        io.insert("gas_protect_port", "");
-        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-        QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 4);
-        QVERIFY(!sim.isGasOpen());
-    }
-
-    void workModeIsLockedWhilePowered()
-    {
-        FreshSimulator sim;
-        sim.setRobotPowered(true);
-        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 3);
-        QCOMPARE(
-            sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(false));
-        sim.setRobotPowered(false);
-        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
-        QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
     }
 
     void monitorStreamsTheIdleCell()
@@ -514,48 +349,6 @@ private slots:
         QVERIFY(sim.getKelServiceData("weld_monitor_data").isUndefined());
     }
 
-    void faults_data()
-    {
-        QTest::addColumn<int>("fault");
-        QTest::addColumn<bool>("applied");
-
-        QTest::newRow("forced return code") << 0 << false;
-        QTest::newRow("empty reply") << 1 << true;
-        QTest::newRow("malformed element") << 2 << true;
-    }
-
-    void faults()
-    {
-        QFETCH(int, fault);
-        QFETCH(bool, applied);
-
-        FreshSimulator sim;
-        if (fault == 0)
-            sim.injectReturnCode(7);
-        else if (fault == 1)
-            sim.injectEmptyReply();
-        else
-            sim.injectMalformedElement();
-
-        const QJsonArray reply = send(sim, "set_weld_red_light", true);
-        switch (fault) {
-        case 0:
-            QCOMPARE(entryOf(reply, "set_weld_red_light").value("return").toInt(), 7);
-            break;
-        case 1:
-            QVERIFY(reply.isEmpty());
-            break;
-        default:
-            QVERIFY(!reply.isEmpty());
-            for (const QJsonValue &element : reply)
-                QVERIFY(!element.toObject().value(key).isObject());
-            break;
-        }
-        QCOMPARE(sim.isRedLightOn(), applied);
-        // One shot: the next command is answered normally.
-        QCOMPARE(returnOf(sim, "set_weld_red_light", false), 0);
-    }
-
     void droppedConnectionAnswersNothingUntilRestored()
     {
         FreshSimulator sim;
@@ -564,7 +357,8 @@ private slots:
             &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
 
         sim.setConnected(false);
-        QVERIFY(send(sim, "set_weld_red_light", true).isEmpty());
+        QVERIFY(sim.commandCustomData(nullptr, key, QJsonObject {{"set_weld_red_light", true}})
+                    .isEmpty());
         QVERIFY(!sim.isRedLightOn());
         QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isUndefined());
         QCOMPARE(restored.count(), 0);
