@@ -141,11 +141,16 @@ private slots:
         const int unchecked = int(LineValidator::Verdict::Unchecked);
         QTest::newRow("wire feed") << "LsWireFwd(50,1000);" << valid;
         QTest::newRow("wire feed fraction") << "LsWireFwd(50.5,1000);" << invalid;
+        QTest::newRow("wire feed without semicolon") << "LsWireFwd(50,1000)" << invalid;
+        // The range of a value is the editor's to check, not the pattern's.
+        QTest::newRow("negative wire speed, blanks and a comment")
+            << "  LsWireFwd( -5 , 1000 );  // feed" << valid;
         QTest::newRow("bare name") << "  LaserOff // end" << valid;
         QTest::newRow("name-only pattern refuses the default text") << "LaserOff;" << invalid;
         QTest::newRow("weld data pattern wants its literal marker")
             << "LaserOn(\"LsData1\");" << invalid;
         QTest::newRow("literal marker") << "LaserOn(\"%l\");" << valid;
+        QTest::newRow("matching set literal marker") << "LsParaMatch(\"%l\");" << valid;
         QTest::newRow("comment line") << "// weld seam 1" << unchecked;
         QTest::newRow("instruction of no plug-in") << "MoveJ p1, v100, fine, tool0;" << unchecked;
     }
