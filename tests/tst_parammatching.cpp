@@ -178,38 +178,6 @@ private slots:
         QCOMPARE(set.value("dutycycle_enable"), QJsonValue(false));
     }
 
-    void validationNeedsAWholeTable_data()
-    {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("missingAt");
-        QTest::addColumn<QString>("warning");
-
-        QTest::newRow("no table") << -1 << -1
-                                  << "validateMatchingTableParams: tableWidget_matching is null";
-        QTest::newRow("four rows")
-            << 4 << -1 << "validateMatchingTableParams: table does not have enough rows";
-        QTest::newRow("missing spin box in node 1 shows at row 2")
-            << 5 << 1 << "validateMatchingTableParams: missing spinbox widgets at row 2";
-    }
-
-    void validationNeedsAWholeTable()
-    {
-        QFETCH(int, rows);
-        QFETCH(int, missingAt);
-        QFETCH(QString, warning);
-        RecordingShell shell;
-        QTableWidget table;
-        fillBareTable(table, kRising);
-        if (rows >= 0)
-            table.setRowCount(rows);
-        if (missingAt > 0)
-            table.removeCellWidget(missingAt, 3);
-        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-
-        QVERIFY(!WeldParameterPage::validateMatchingTableParams(rows < 0 ? nullptr : &table));
-        QVERIFY(shell.messages.isEmpty());
-    }
-
     void parsing_data()
     {
         QTest::addColumn<QJsonObject>("record");

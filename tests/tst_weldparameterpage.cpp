@@ -103,30 +103,6 @@ private slots:
             QStringLiteral("LsData%1").arg(row + 1));
     }
 
-    void listIsRereadOnEveryShow()
-    {
-        ParamPageFixture t;
-        QJsonObject record;
-        for (int n = 1; n <= 40; ++n)
-            record.insert(QStringLiteral("LsData%1").arg(n), QJsonObject {{"welding_speed", n}});
-        t.controller.serviceData.insert(kRecord, record);
-        t.show();
-        QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
-            WeldParameterPage::weldDataSetCount);
-        QCOMPARE(
-            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), 29).first(),
-            QStringLiteral("30"));
-
-        t.controller.serviceData.insert(kRecord, json(R"({"LsData1": {"welding_speed": 77}})"));
-        t.show();
-        QCOMPARE(
-            ParamPageFixture::listRow(t.child<QTableWidget>("tableWidget_weldData"), 0).first(),
-            QStringLiteral("77"));
-        // Sets beyond 30 never show up, whatever the record holds.
-        QCOMPARE(t.child<QTableWidget>("tableWidget_weldData")->rowCount(),
-            WeldParameterPage::weldDataSetCount);
-    }
-
     void openingNeedsASelectedRow_data()
     {
         QTest::addColumn<int>("tab");
@@ -193,33 +169,6 @@ private slots:
         QCOMPARE(t.child<QComboBox>("comboBox_ramp_mode_end")->currentIndex(), 2);
         QVERIFY(t.shell.messages.isEmpty());
         QVERIFY(t.controller.sent.isEmpty());
-    }
-
-    void savingAnAbsentSetCreatesIt()
-    {
-        ParamPageFixture t;
-        t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData1", storedSet("LsData1")}});
-        t.show();
-        t.open(0, 11);
-
-        t.save();
-
-        QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
-        QCOMPARE(t.controller.sent.first().sender, t.page);
-        const QJsonObject sets = t.lastPayload();
-        QCOMPARE(sets.keys(), QStringList {"LsData12"});
-        const QJsonObject set = sets.value("LsData12").toObject();
-        // Every key the controller stores goes back, nothing else.
-        QCOMPARE(set.keys(), storedSet(QString()).keys());
-        QCOMPARE(set.value("LsDataID"), QJsonValue("LsData12"));
-        QCOMPARE(set.value("toggle_start"), QJsonValue(true));
-        QCOMPARE(set.value("toggle_end"), QJsonValue(true));
-        QCOMPARE(set.value("ramp_mode_start"), QJsonValue(2));
-        QCOMPARE(set.value("ramp_mode_end"), QJsonValue(2));
-        QCOMPARE(set.value("laser_power_weld"), QJsonValue(1500));
-        QCOMPARE(set.value("welding_speed"), QJsonValue(20));
-        QCOMPARE(set.value("wire_feed_enable_start"), QJsonValue(false));
-        QCOMPARE(testenv::shownMessages(t.shell), QStringList {"0|Saved successfully"});
     }
 
     void savedSetKeepsTheFixedValues()
