@@ -330,25 +330,6 @@ private slots:
         QVERIFY(qAbs(entry.value("intercept").toDouble() - intercept) < 1e-9);
     }
 
-    void monitorStreamsTheIdleCell()
-    {
-        FreshSimulator sim;
-        QCOMPARE(returnOf(sim, "start_laserweld_monitor", true), 0);
-        const QJsonObject set = FactoryRecords::paramConfig().value("LsData2").toObject();
-        QCOMPARE(returnOf(sim, "set_weld_param_list_config", QJsonObject {{"LsData5", set}}), 0);
-        sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
-        const QJsonObject idle = sim.getKelServiceData("weld_monitor_data").toObject();
-        QCOMPARE(idle.value("data_set").toString(), QString("LsData5"));
-        QVERIFY(idle.value("welding").toBool());
-        // Nothing runs: the actual values, not the set's.
-        QCOMPARE(idle.value("power").toDouble(), 0.0);
-        QCOMPARE(idle.value("phase").toString(), QString("idle"));
-
-        QVERIFY(sim.disconnectKelServiceData(key, "weld_monitor_data", QString()));
-        QVERIFY(!sim.isMonitorRunning());
-        QVERIFY(sim.getKelServiceData("weld_monitor_data").isUndefined());
-    }
-
     void droppedConnectionAnswersNothingUntilRestored()
     {
         FreshSimulator sim;

@@ -135,16 +135,6 @@ private slots:
         QCOMPARE(reconnects.count(), 1);
     }
 
-    void eachRenderAddsOneReconnectHandler()
-    {
-        StartedPlugin started;
-        static_cast<kelplugin::PluginBase &>(started.plugin).render();
-
-        started.controller.readKeys.clear();
-        emit kelplugin::kelPluginInterface().sigNetworkConnect();
-        QCOMPARE(started.controller.readKeys.count(kVirtualStatus), 2);
-    }
-
     void afterInitRegistersTheInstructionCatalogue()
     {
         kelplugin::rlCatalog().clear();

@@ -175,20 +175,6 @@ private slots:
         QVERIFY(!result.message.isEmpty());
     }
 
-    void listsTheRegisteredGroup()
-    {
-        RlLaserWeldDefine define;
-        ProgramEditor editor;
-        auto *groups = editor.findChild<QComboBox *>(QStringLiteral("comboBox_group"));
-        auto *instructions
-            = editor.findChild<QListWidget *>(QStringLiteral("listWidget_instructions"));
-        QVERIFY(groups && instructions);
-        QCOMPARE(groups->currentText(), QStringLiteral("Laser Weld Ins"));
-        QCOMPARE(instructions->count(), 10);
-        QCOMPARE(instructions->item(0)->text(), QStringLiteral("LaserOn"));
-        QCOMPARE(instructions->item(9)->text(), QStringLiteral("LsMoveCF"));
-    }
-
     void dialogEdits_data()
     {
         QTest::addColumn<QStringList>("program");

@@ -533,21 +533,6 @@ private slots:
         QCOMPARE(finished.count(), runs ? 1 : 0);
     }
 
-    void stepWaitsAfterEachLine()
-    {
-        Cell cell;
-        const QStringList program {toP10, "// to p20", "LsMoveL(p20, v100, z10, tool0, wobj0);"};
-        QVERIFY(cell.runner->step(program));
-        cell.runner->advance(5000);
-        QCOMPARE(cell.runner->state(), ProgramRunner::State::Stepping);
-        QCOMPARE(cell.sim.robotPosition(), cell.sim.pointPosition("p10"));
-        QVERIFY(cell.runner->step(program));
-        QCOMPARE(cell.runner->currentLine(), 2);
-        cell.runner->advance(5000);
-        QCOMPARE(cell.sim.robotPosition(), cell.sim.pointPosition("p20"));
-        QCOMPARE(cell.runner->state(), ProgramRunner::State::Idle);
-    }
-
     void runsInRealTimeScaledByTheFactor()
     {
         Cell cell;
@@ -583,19 +568,6 @@ private slots:
         QCOMPARE(sim.pointPosition("p40"), QVector3D(500, 0, 350));
     }
 
-    void damagedWeldRecordsAreKeptAside()
-    {
-        QTemporaryDir dir;
-        {
-            QFile file(dir.filePath("kelweldrecords.json"));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(R"({"totals": {}, "welds": 3})");
-        }
-        ControllerSimulator sim(dir.path());
-        QVERIFY(sim.lastError().contains("weld records"));
-        QCOMPARE(QDir(dir.path()).entryList({"kelweldrecords.json.corrupt-*"}).size(), 1);
-        QCOMPARE(sim.getKelServiceData("weld_records")["totals"]["welds"].toInt(), 0);
-    }
 };
 
 QTEST_MAIN(TestWeldRun)
