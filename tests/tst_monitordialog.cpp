@@ -121,10 +121,6 @@ private slots:
             << QList<double> {0.0, 0.0, 0.0, 0.0, 12.0};
         QTest::newRow("not an object keeps the last values")
             << QJsonValue(QJsonArray {1, 2}) << before;
-        QTest::newRow("huge values stop at the box's limit")
-            << QJsonValue(QJsonObject {{"power", 1e300}, {"frequency", -1e300}, {"duty_cycle", 0},
-                   {"wire_speed", 0}, {"weld_speed", 0}})
-            << QList<double> {999999.0, -999999.0, 0.0, 0.0, 0.0};
     }
 
     void sampleValues()

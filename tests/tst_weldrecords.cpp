@@ -83,11 +83,6 @@ private slots:
                            {"simulated", "yes"}, {"completed", QJsonValue()}}}}})
             << QList<QStringList> {{"", "", "0", "", "", "0.00", "0.0", "0.00", "0.0", ""}}
             << noTotals;
-        QTest::newRow("entries that are not objects are skipped")
-            << QJsonValue(
-                   QJsonObject {{"welds", QJsonArray {1, "a", QJsonObject {{"program", "p"}}}}})
-            << QList<QStringList> {{"", "p", "0", "", "", "0.00", "0.0", "0.00", "0.0", ""}}
-            << noTotals;
         QTest::newRow("not an object")
             << QJsonValue(QJsonArray {1, 2}) << QList<QStringList> {} << noTotals;
     }

@@ -3,8 +3,8 @@
 #include "controller/matchset.h"
 #include "controller/outputcalibration.h"
 #include "controller/programrunner.h"
+#include "support/testenvironment.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QSignalSpy>
@@ -14,18 +14,12 @@
 using kelcontroller::ControllerSimulator;
 using kelcontroller::FactoryRecords;
 using kelcontroller::ProgramRunner;
+using testenv::patched;
 
 namespace {
 
 const QString key = QStringLiteral("kellaserweld");
 const QString toP10 = QStringLiteral("LsMoveL(p10, v100, fine, tool0, wobj0);");
-
-QJsonObject patched(QJsonObject base, const QJsonObject &changes)
-{
-    for (auto it = changes.constBegin(); it != changes.constEnd(); ++it)
-        base.insert(it.key(), it.value());
-    return base;
-}
 
 // A simulated cell ready to weld: welding on, robot powered, the clock driven by the test.
 struct Cell
