@@ -127,13 +127,9 @@ private slots:
         QTest::addColumn<bool>("keepsLsData9");
 
         QTest::newRow("garbage") << QByteArray("{\"weld_io_config\": {\x01 nonsense") << false;
-        QTest::newRow("JSON array") << QByteArray("[{\"weld_io_config\": {}}]") << false;
         QTest::newRow("record of wrong type") << QByteArray(
             "{\"weld_io_config\": 5, \"weld_param_config\": {\"LsData9\": {\"Tips\": "
             "\"kept\"}}}") << true;
-        QTest::newRow("points not names")
-            << QByteArray("{\"points\": [1, null], \"weld_param_config\": {\"LsData9\": {}}}")
-            << true;
     }
 
     void damagedFileIsKeptAsideAndFactoryRecordsUsed()
@@ -391,7 +387,6 @@ private slots:
         QTest::newRow("default digital outputs") << -1 << "DO" << true << outputs;
         QTest::newRow("uniform group inputs")
             << 3 << "GI" << true << QStringList {"GI1", "GI2", "GI3"};
-        QTest::newRow("unknown type") << 3 << "XO" << true << QStringList {};
         QTest::newRow("disconnected") << 3 << "DI" << false << QStringList {};
     }
 

@@ -274,27 +274,19 @@ private slots:
         QTest::addColumn<QString>("command");
         QTest::addColumn<QStringList>("curveKeys");
         QTest::addColumn<int>("code");
-        QTest::addColumn<QStringList>("messages");
-        QTest::addColumn<QStringList>("logs");
 
-        const QStringList saved {"0|Saved successfully"};
         QTest::newRow("power") << QByteArray("pushButton_Save_laserpower")
                                << "set_weld_curve_power_config"
-                               << QStringList {"laser_power_node", "power_nodes_data"} << 0 << saved
-                               << QStringList();
+                               << QStringList {"laser_power_node", "power_nodes_data"} << 0;
         QTest::newRow("feed speed")
             << QByteArray("pushButton_Save_speed") << "set_weld_curve_feed_config"
-            << QStringList {"laser_feed_node", "feed_nodes_data"} << 0 << saved << QStringList();
+            << QStringList {"laser_feed_node", "feed_nodes_data"} << 0;
         QTest::newRow("frequency")
             << QByteArray("pushButton_Save_frequency") << "set_weld_curve_frequency_config"
-            << QStringList {"laser_frequency_node", "frequency_nodes_data"} << 0 << saved
-            << QStringList();
+            << QStringList {"laser_frequency_node", "frequency_nodes_data"} << 0;
         QTest::newRow("duty cycle refused")
             << QByteArray("pushButton_Save_dutycycle") << "set_weld_curve_dutycycle_config"
-            << QStringList {"laser_dutycycle_node", "dutycycle_nodes_data"} << 4
-            << QStringList {"2|Save failed. Please check the parameter configuration."}
-            << QStringList {"E|CharacteristicsCurvePage::checkSaveResult failed.  "
-                            "set_weld_curve_dutycycle_config  Result: 4"};
+            << QStringList {"laser_dutycycle_node", "dutycycle_nodes_data"} << 4;
     }
 
     void saveSendsTheTabsCommand()
@@ -303,8 +295,6 @@ private slots:
         QFETCH(QString, command);
         QFETCH(QStringList, curveKeys);
         QFETCH(int, code);
-        QFETCH(QStringList, messages);
-        QFETCH(QStringList, logs);
         PageUnderTest t;
         t.show();
         t.controller.repliesByCommand.insert(command, ScriptedController::reply(command, code));
@@ -319,8 +309,9 @@ private slots:
         QCOMPARE(t.controller.sent.at(0).sender, &t.page);
         QCOMPARE(t.controller.sent.at(0).value, curve);
         QCOMPARE(t.controller.sent.at(1).value, curve);
-        QCOMPARE(testenv::shownMessages(t.shell), messages);
-        QCOMPARE(testenv::logTexts().filter(QStringLiteral("E|")), logs);
+        QCOMPARE(testenv::shownMessages(t.shell),
+            QStringList {code == 0 ? "0|Saved successfully"
+                                   : "2|Save failed. Please check the parameter configuration."});
     }
 
     void cancelReloadsAndRecomputesOnlyDrawnTab_data()

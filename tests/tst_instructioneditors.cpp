@@ -90,8 +90,6 @@ private slots:
             {"trailing comment", "LsMoveL", "LsMoveL(p20, v500, z10, tool1, wobj1); // weld"},
             {"too many parameters", "LsMoveL", "LsMoveL(p20, v500, z10, tool1, wobj1, extra);"},
             {"symbolic offset", "LsMoveL", "LsMoveL(Offs(p20,dx,0,0), v500);"},
-            {"overflowing offset", "LsMoveL", "LsMoveL(Offs(p20,1e999,0,0), v500);"},
-            {"point is an expression", "LsMoveL", "LsMoveL(CRobT(), v500);"},
             {"one point for a circle", "LsMoveC", "LsMoveC(p20);"},
             {"control characters", "LsMoveCF", "\x01(\x02\x7f"},
             {"unknown weld data", "LsParaSet", "LsParaSet(\"LsData31\");"},

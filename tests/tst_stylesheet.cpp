@@ -47,7 +47,6 @@ private slots:
         QTest::newRow("same sheet again") << white << white << false;
         QTest::newRow("changed sheet") << white << QStringLiteral("QLabel{color:red;}") << true;
         QTest::newRow("sheet removed") << white << QString() << true;
-        QTest::newRow("no sheet, none again") << QString() << QString() << false;
     }
 
     void childIsRestyledOnlyForANewSheet()
