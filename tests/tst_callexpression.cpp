@@ -2,10 +2,7 @@
 #include "support/leveltexts.h"
 #include "support/straightforwardcallexpression.h"
 
-#include <QLoggingCategory>
-#include <QRandomGenerator>
-#include <QScopeGuard>
-#include <QTest>
+#include <QtTest>
 
 class TestCallExpression : public QObject
 {

@@ -8,9 +8,6 @@
 
 #include "kelplugin/controllerbackend.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using kelcontroller::ChangeHistory;

@@ -5,14 +5,7 @@
 #include "kelplugin/interfacemanager.h"
 #include "support/testenvironment.h"
 
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using kelcontroller::ControllerSimulator;
 using kelcontroller::FactoryRecords;

@@ -8,14 +8,11 @@
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
-#include <QTest>
+#include <QtTest>
 
 #include <limits>
 

@@ -2,7 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
-#include <QTest>
+#include <QtTest>
 
 #include <cmath>
 #include <limits>

@@ -8,8 +8,7 @@
 
 #include <QComboBox>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 #include <memory>
 

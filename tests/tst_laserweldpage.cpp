@@ -10,8 +10,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QTest>
 #include <QToolButton>
+#include <QtTest>
 
 namespace {
 

@@ -9,8 +9,7 @@
 
 #include <QDialog>
 #include <QLabel>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

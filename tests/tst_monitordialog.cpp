@@ -4,12 +4,10 @@
 #include "support/scriptedcontroller.h"
 
 #include <QDoubleSpinBox>
-#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
 
 #include "widget/trendchart.h"
 

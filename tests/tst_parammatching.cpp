@@ -4,11 +4,9 @@
 #include "support/testenvironment.h"
 #include "widget/switchbutton.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QLabel>
 #include <QSpinBox>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

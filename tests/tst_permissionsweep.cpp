@@ -6,13 +6,7 @@
 #include "controller/controllersimulator.h"
 
 #include <QAbstractButton>
-#include <QJsonObject>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <QPair>
+#include <QtTest>
 
 using kelcontroller::ControllerSimulator;
 

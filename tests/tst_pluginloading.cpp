@@ -8,11 +8,7 @@
 #include "kelplugin/pluginbase.h"
 #include "kelplugin/pluginregister.h"
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 class TestPluginLoading : public QObject
 {

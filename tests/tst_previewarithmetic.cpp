@@ -3,8 +3,7 @@
 #include "page/weldprofile.h"
 #include "support/testenvironment.h"
 
-#include <QJsonObject>
-#include <QTest>
+#include <QtTest>
 
 #include <cmath>
 #include <limits>

@@ -4,8 +4,7 @@
 #include "kelplugin/rlcatalog.h"
 #include "kelplugin/rlcontentbase.h"
 
-#include <QScopedPointer>
-#include <QTest>
+#include <QtTest>
 
 class TestRlInstructions : public QObject
 {

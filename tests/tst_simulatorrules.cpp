@@ -2,9 +2,7 @@
 #include "controller/factoryrecords.h"
 #include "support/testenvironment.h"
 
-#include <QJsonArray>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using kelcontroller::ControllerSimulator;
 using kelcontroller::FactoryRecords;

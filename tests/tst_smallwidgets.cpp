@@ -5,10 +5,9 @@
 
 #include <QAbstractItemView>
 #include <QLabel>
-#include <QPointer>
 #include <QScrollBar>
 #include <QTableWidget>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

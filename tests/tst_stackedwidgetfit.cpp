@@ -1,7 +1,7 @@
 #include "widget/stackedwidgetfit.h"
 
 #include <QStackedWidget>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

@@ -7,9 +7,8 @@
 #include "widget/stylesheet.h"
 
 #include <QComboBox>
-#include <QHash>
 #include <QLabel>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

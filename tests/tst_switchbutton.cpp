@@ -1,8 +1,7 @@
 #include "widget/switchbutton.h"
 
 #include <QImage>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 class TestSwitchButton : public QObject
 {

@@ -4,16 +4,8 @@
 
 #include "page/laserweldpage.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QLabel>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QSet>
-#include <QTemporaryDir>
 #include <QToolButton>
-#include <QTranslator>
-#include <QXmlStreamReader>
 #include <QtTest>
 
 namespace {

@@ -1,8 +1,6 @@
 #include "widget/trendchart.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QTest>
+#include <QtTest>
 
 #include <cmath>
 #include <limits>

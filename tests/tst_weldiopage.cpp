@@ -8,11 +8,9 @@
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

@@ -9,9 +9,6 @@
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -19,7 +16,7 @@
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

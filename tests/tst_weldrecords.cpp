@@ -2,15 +2,10 @@
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

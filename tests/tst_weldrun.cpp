@@ -5,11 +5,7 @@
 #include "controller/programrunner.h"
 #include "support/testenvironment.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using kelcontroller::ControllerSimulator;
 using kelcontroller::FactoryRecords;
@@ -561,7 +557,6 @@ private slots:
         ControllerSimulator sim(dir.path());
         QCOMPARE(sim.pointPosition("p40"), QVector3D(500, 0, 350));
     }
-
 };
 
 QTEST_MAIN(TestWeldRun)

@@ -5,11 +5,9 @@
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
