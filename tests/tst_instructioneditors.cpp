@@ -115,27 +115,20 @@ private slots:
         QVERIFY(warned);
     }
 
-    void newEditorShowsTheHostsCurrentFrame()
+    void newEditorStartsFromTheHost()
     {
         ScriptedController controller;
         controller.curTool = QStringLiteral("tool1");
         controller.curWobj = QStringLiteral("wobj1");
-        kelplugin::WMoveLInsertWidget editor(QStringLiteral("LsMoveL"));
-        QCOMPARE(
-            editor.instructionText(), QStringLiteral("LsMoveL(p10, v100, fine, tool1, wobj1);"));
-    }
-
-    void emptyHostListsStillGiveALine()
-    {
-        ScriptedController controller;
-        controller.speeds.clear();
-        controller.zones.clear();
-        controller.tools.clear();
-        controller.wobjs.clear();
+        QCOMPARE(makeEditor("LsMoveL")->instructionText(),
+            QStringLiteral("LsMoveL(p10, v100, fine, tool1, wobj1);"));
+        // A host without lists still gives a line.
+        for (QStringList *list :
+            {&controller.speeds, &controller.zones, &controller.tools, &controller.wobjs})
+            list->clear();
         controller.curTool.clear();
         controller.curWobj.clear();
-        kelplugin::WMoveCInsertWidget editor(QStringLiteral("LsMoveC"));
-        QCOMPARE(editor.instructionText(),
+        QCOMPARE(makeEditor("LsMoveC")->instructionText(),
             QStringLiteral("LsMoveC(p10, p10, v100, fine, tool0, wobj0);"));
     }
 

@@ -12,11 +12,8 @@ namespace {
 
 struct TsEntry
 {
-    QString context;
-    QString source;
-    QString comment;
-    QString translation;
-    QString type; // "unfinished", "vanished", "obsolete" or empty when done
+    // type: "unfinished", "vanished", "obsolete" or empty when done
+    QString context, source, comment, translation, type;
 
     QString key() const
     {

@@ -50,21 +50,16 @@ private slots:
 
         const QString noTotals = QStringLiteral("Welds: 0    Laser on: 0.0 s    Wire used: 0.0 mm");
         QTest::newRow("complete weld and a stopped simulated one")
-            << QJsonValue(QJsonObject {{"totals",
-                                           QJsonObject {{"welds", 7}, {"laser_on_ms", 63240},
-                                               {"wire_used_mm", 1234.56}}},
-                   {"welds",
-                       QJsonArray {
-                           QJsonObject {{"id", 2}, {"start", "2024-05-06T07:08:09.123"},
-                               {"program", "seam"}, {"line", 3}, {"data_set", "LsData2"},
-                               {"match_set", "PowerData1"}, {"duration_ms", 2500},
-                               {"length_mm", 50.04}, {"laser_on_ms", 2400}, {"wire_mm", 12.34},
-                               {"simulated", true}, {"completed", false}},
-                           QJsonObject {{"id", 1}, {"start", "2024-05-06T07:00:00.000"},
-                               {"program", "seam"}, {"line", 2}, {"data_set", "LsData1"},
-                               {"match_set", ""}, {"duration_ms", 1000}, {"length_mm", 20},
-                               {"laser_on_ms", 1000}, {"wire_mm", 0}, {"simulated", false},
-                               {"completed", true}}}}})
+            << QJsonValue(QJsonDocument::fromJson(R"({
+                "totals": {"welds": 7, "laser_on_ms": 63240, "wire_used_mm": 1234.56},
+                "welds": [{"id": 2, "start": "2024-05-06T07:08:09.123", "program": "seam",
+                    "line": 3, "data_set": "LsData2", "match_set": "PowerData1",
+                    "duration_ms": 2500, "length_mm": 50.04, "laser_on_ms": 2400,
+                    "wire_mm": 12.34, "simulated": true, "completed": false},
+                  {"id": 1, "start": "2024-05-06T07:00:00.000", "program": "seam", "line": 2,
+                    "data_set": "LsData1", "match_set": "", "duration_ms": 1000, "length_mm": 20,
+                    "laser_on_ms": 1000, "wire_mm": 0, "simulated": false, "completed": true}]})")
+                              .object())
             << QList<QStringList> {{"05-06 07:08:09", "seam", "3", "LsData2", "PowerData1", "2.50",
                                        "50.0", "2.40", "12.3", "simulated, stopped"},
                    {"05-06 07:00:00", "seam", "2", "LsData1", "", "1.00", "20.0", "1.00", "0.0",
