@@ -28,9 +28,9 @@ LaserWeldPage *g_page = nullptr;
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    fuzzsupport::initialise(argc, argv);
+    fuzzsupport::initialise();
     g_controller = new ScriptedController;
     static RecordingShell shell;
     g_page = new LaserWeldPage;
@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         QStringLiteral("weld_param_config"), QStringLiteral("weld_param_match")};
 
     QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(fuzzsupport::bytes(data, size), &error);
+    const QJsonDocument doc = QJsonDocument::fromJson(fuzzsupport::input(data, size), &error);
     if (error.error != QJsonParseError::NoError)
         return 0;
     const QJsonObject root = doc.object();
