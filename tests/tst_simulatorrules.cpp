@@ -46,79 +46,62 @@ private slots:
         const QString virtualMode = QStringLiteral("laser_weld_data.virtual_welding_status");
         const QString redLight = QStringLiteral("laser_weld_data.weld_redlight_status");
 
-        QTest::newRow("ten curve nodes") << QJsonArray {QJsonObject {{"set_weld_curve_power_config",
-            QJsonObject {{"laser_power_node", 10}, {"power_nodes_data", tenNodes}}}}}
-                                         << QJsonValue(0) << "feeder" << idle;
-        QTest::newRow("zero-padded port") << QJsonArray {io({{"laser_enable_port", "DO01"}})}
-                                          << QJsonValue(2) << "feeder" << idle;
-        QTest::newRow("stopping the retract leaves the feed running")
-            << QJsonArray {feed, QJsonObject {{"set_weld_retract_wire", false}}} << QJsonValue(0)
-            << "feeder" << QJsonValue(int(ControllerSimulator::Feeder::Feeding));
-        QTest::newRow("retract") << QJsonArray {QJsonObject {{"set_weld_retract_wire", true}}}
-                                 << QJsonValue(0) << "feeder"
-                                 << QJsonValue(int(ControllerSimulator::Feeder::Retracting));
-        QTest::newRow("no wire by hand while welding")
-            << QJsonArray {enable, feed} << QJsonValue(3) << "feeder" << idle;
+        const auto row = [](const char *name, const QJsonArray &steps, const QJsonValue &code,
+                             const QString &probe, const QJsonValue &expected) {
+            QTest::newRow(name) << steps << code << probe << expected;
+        };
+        const QJsonObject retract {{"set_weld_retract_wire", true}};
+        const QJsonObject release {{"set_weld_retract_wire", false}};
+        const QJsonValue feeding = int(ControllerSimulator::Feeder::Feeding);
+
+        row("ten curve nodes",
+            {QJsonObject {{"set_weld_curve_power_config",
+                QJsonObject {{"laser_power_node", 10}, {"power_nodes_data", tenNodes}}}}},
+            0, "feeder", idle);
+        row("zero-padded port", {io({{"laser_enable_port", "DO01"}})}, 2, "feeder", idle);
+        row("stopping the retract leaves the feed running", {feed, release}, 0, "feeder", feeding);
+        row("retract", {retract}, 0, "feeder", int(ControllerSimulator::Feeder::Retracting));
+        row("no wire by hand while welding", {enable, feed}, 3, "feeder", idle);
         // Releasing a wire key must always stop the wire.
-        QTest::newRow("a release is taken while welding")
-            << QJsonArray {enable, QJsonObject {{"set_weld_retract_wire", false}}} << QJsonValue(0)
-            << "feeder" << idle;
-        QTest::newRow("no wire with the feeder disabled")
-            << QJsonArray {settings({{"feeder_enable", false}}), feed} << QJsonValue(4) << "feeder"
-            << idle;
-        QTest::newRow("wire switch not a boolean")
-            << QJsonArray {QJsonObject {{"set_weld_feed_wire", "yes"}}} << QJsonValue(2) << "feeder"
-            << idle;
-        QTest::newRow("gas opens")
-            << QJsonArray {gas} << QJsonValue(0) << "gas" << QJsonValue(true);
-        QTest::newRow("gas closes after its purge time")
-            << QJsonArray {settings({{"manual_gas_time", 1000}}), gas, QJsonObject {{"wait", 1500}}}
-            << QJsonValue(0) << "gas" << QJsonValue(false);
-        QTest::newRow("no gas without a gas port") << QJsonArray {io({{"gas_protect_port", ""}}),
-            gas} << QJsonValue(4) << "gas" << QJsonValue(false);
-        QTest::newRow("I/O assignment locked while welding")
-            << QJsonArray {enable, io({})} << QJsonValue(3) << "feeder" << idle;
-        QTest::newRow("work mode locked while powered")
-            << QJsonArray {powered, QJsonObject {{"set_virtual_welding", true}}} << QJsonValue(3)
-            << virtualMode << QJsonValue(false);
-        QTest::newRow("two commands in one request")
-            << QJsonArray {QJsonObject {{"set_weld_red_light", true}, {"set_weld_feed_wire", true}}}
-            << QJsonValue(2) << "feeder" << idle;
-        QTest::newRow("unknown command")
-            << QJsonArray {QJsonObject {{"set_weld_teleport", true}}}
-            << QJsonValue(ControllerSimulator::UnknownCommand) << redLight << QJsonValue(false);
-        QTest::newRow("a member the controller does not keep")
-            << QJsonArray {light} << QJsonValue(0) << "laser_weld_data.arc_status" << none;
+        row("a release is taken while welding", {enable, release}, 0, "feeder", idle);
+        row("no wire with the feeder disabled", {settings({{"feeder_enable", false}}), feed}, 4,
+            "feeder", idle);
+        row("wire switch not a boolean", {QJsonObject {{"set_weld_feed_wire", "yes"}}}, 2, "feeder",
+            idle);
+        row("gas opens", {gas}, 0, "gas", true);
+        row("gas closes after its purge time",
+            {settings({{"manual_gas_time", 1000}}), gas, QJsonObject {{"wait", 1500}}}, 0, "gas",
+            false);
+        row("no gas without a gas port", {io({{"gas_protect_port", ""}}), gas}, 4, "gas", false);
+        row("I/O assignment locked while welding", {enable, io({})}, 3, "feeder", idle);
+        row("work mode locked while powered",
+            {powered, QJsonObject {{"set_virtual_welding", true}}}, 3, virtualMode, false);
+        row("two commands in one request",
+            {QJsonObject {{"set_weld_red_light", true}, {"set_weld_feed_wire", true}}}, 2, "feeder",
+            idle);
+        row("unknown command", {QJsonObject {{"set_weld_teleport", true}}},
+            ControllerSimulator::UnknownCommand, redLight, false);
+        row("a member the controller does not keep", {light}, 0, "laser_weld_data.arc_status",
+            none);
         // Welding goes on only through set_weld_enable and its exact "TRUE", with a laser
         // enable port, unpowered; the answer is a JSON boolean.
-        QTest::newRow("settings cannot arm the laser")
-            << QJsonArray {settings({{"laser_main_enable", true}})} << QJsonValue(0) << armed
-            << QJsonValue(false);
-        QTest::newRow("welding on")
-            << QJsonArray {enable} << QJsonValue(true) << armed << QJsonValue(true);
-        QTest::newRow("welding on needs a laser enable port")
-            << QJsonArray {io({{"laser_enable_port", ""}}), enable} << QJsonValue(false) << armed
-            << QJsonValue(false);
-        QTest::newRow("welding on while powered")
-            << QJsonArray {powered, enable} << QJsonValue(false) << armed << QJsonValue(false);
-        QTest::newRow("welding off while powered")
-            << QJsonArray {enable, powered, QJsonObject {{"set_weld_enable", "FALSE"}}}
-            << QJsonValue(true) << armed << QJsonValue(false);
-        QTest::newRow("lower case true") << QJsonArray {QJsonObject {{"set_weld_enable", "true"}}}
-                                         << QJsonValue(false) << armed << QJsonValue(false);
-        QTest::newRow("a restart disarms the laser")
-            << QJsonArray {enable, QJsonObject {{"restart", true}}} << QJsonValue(true) << armed
-            << QJsonValue(false);
+        row("settings cannot arm the laser", {settings({{"laser_main_enable", true}})}, 0, armed,
+            false);
+        row("welding on", {enable}, true, armed, true);
+        row("welding on needs a laser enable port", {io({{"laser_enable_port", ""}}), enable},
+            false, armed, false);
+        row("welding on while powered", {powered, enable}, false, armed, false);
+        row("welding off while powered",
+            {enable, powered, QJsonObject {{"set_weld_enable", "FALSE"}}}, true, armed, false);
+        row("lower case true", {QJsonObject {{"set_weld_enable", "true"}}}, false, armed, false);
+        row("a restart disarms the laser", {enable, QJsonObject {{"restart", true}}}, true, armed,
+            false);
         // The faults the soak and the pendant's buttons inject, each for one request.
-        QTest::newRow("forced return code") << QJsonArray {QJsonObject {{"inject", 7}}, light}
-                                            << QJsonValue(7) << redLight << QJsonValue(false);
-        QTest::newRow("empty reply") << QJsonArray {QJsonObject {{"inject", "empty"}}, light}
-                                     << none << redLight << QJsonValue(true);
-        QTest::newRow("malformed reply") << QJsonArray {QJsonObject {{"inject", "malformed"}},
-            light} << none << redLight << QJsonValue(true);
-        QTest::newRow("a fault is used once")
-            << QJsonArray {QJsonObject {{"inject", 7}}, light, light} << QJsonValue(0) << redLight
-            << QJsonValue(true);
+        row("forced return code", {QJsonObject {{"inject", 7}}, light}, 7, redLight, false);
+        row("empty reply", {QJsonObject {{"inject", "empty"}}, light}, none, redLight, true);
+        row("malformed reply", {QJsonObject {{"inject", "malformed"}}, light}, none, redLight,
+            true);
+        row("a fault is used once", {QJsonObject {{"inject", 7}}, light, light}, 0, redLight, true);
     }
 
     void lastRequest()
