@@ -200,54 +200,43 @@ private slots:
         const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
         const QJsonObject set {{"Tips", "new"}};
 
-        QTest::newRow("valid port") << io << ioWith({{"laser_enable_port", "DO32"}}) << 0;
-        QTest::newRow("port unassigned") << io << ioWith({{"red_light_port", ""}}) << 0;
-        QTest::newRow("missing key")
-            << io << ioWith({{"external_alarm_enabled", QJsonValue()}}) << 2;
-        QTest::newRow("port as number") << io << ioWith({{"power_port", 1}}) << 2;
-        QTest::newRow("port beyond layout") << io << ioWith({{"laser_enable_port", "DO33"}}) << 2;
-        QTest::newRow("input port on output") << io << ioWith({{"gas_protect_port", "DI2"}}) << 2;
-        QTest::newRow("analogue port on group type") << io << ioWith({{"power_type", 1}}) << 2;
-        QTest::newRow("gas purge at its minimum")
-            << setting << settingWith({{"manual_gas_time", 1000}}) << 0;
-        QTest::newRow("gas purge below its minimum")
-            << setting << settingWith({{"manual_gas_time", 999}}) << 2;
-        QTest::newRow("fractional power") << setting << settingWith({{"laser_power", 3000.5}}) << 2;
-        QTest::newRow("selector beyond its items")
-            << setting << settingWith({{"wire_feeder_comm_type", 3}}) << 2;
-        QTest::newRow("equal detect and check-out times")
-            << setting << settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}})
-            << 0;
-        QTest::newRow("detect time before check-out")
-            << setting << settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}})
-            << 2;
-        QTest::newRow("trigger on an input")
-            << setting << settingWith({{"detection_do", "DI1"}}) << 2;
-        QTest::newRow("feed curve")
-            << "set_weld_curve_feed_config"
-            << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 0;
-        QTest::newRow("count and rows disagree")
-            << "set_weld_curve_feed_config"
-            << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}} << 2;
-        QTest::newRow("eleven nodes")
-            << "set_weld_curve_feed_config"
-            << QJsonObject {{"laser_feed_node", 11}, {"feed_nodes_data", three}} << 2;
-        QTest::newRow("row of three numbers")
-            << "set_weld_curve_power_config"
-            << QJsonObject {{"laser_power_node", 2},
-                   {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}}
-            << 2;
-        QTest::newRow("keys of another curve")
-            << "set_weld_curve_power_config"
-            << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 2;
-        QTest::newRow("last weld data set") << list << QJsonObject {{"LsData30", set}} << 0;
-        QTest::newRow("weld data set 31") << list << QJsonObject {{"LsData31", set}} << 2;
-        QTest::newRow("zero-padded name") << list << QJsonObject {{"LsData07", set}} << 2;
-        QTest::newRow("matching name in the list")
-            << list << QJsonObject {{"PowerData1", set}} << 2;
-        QTest::newRow("set not an object") << list << QJsonObject {{"LsData4", 4}} << 2;
-        QTest::newRow("last matching set") << match << QJsonObject {{"PowerData10", set}} << 0;
-        QTest::newRow("matching set 11") << match << QJsonObject {{"PowerData11", set}} << 2;
+        const auto row = [](const char *name, const QString &command, const QJsonObject &payload,
+                             int code) { QTest::newRow(name) << command << payload << code; };
+        row("valid port", io, ioWith({{"laser_enable_port", "DO32"}}), 0);
+        row("port unassigned", io, ioWith({{"red_light_port", ""}}), 0);
+        row("missing key", io, ioWith({{"external_alarm_enabled", QJsonValue()}}), 2);
+        row("port as number", io, ioWith({{"power_port", 1}}), 2);
+        row("port beyond layout", io, ioWith({{"laser_enable_port", "DO33"}}), 2);
+        row("input port on output", io, ioWith({{"gas_protect_port", "DI2"}}), 2);
+        row("analogue port on group type", io, ioWith({{"power_type", 1}}), 2);
+        row("gas purge at its minimum", setting, settingWith({{"manual_gas_time", 1000}}), 0);
+        row("gas purge below its minimum", setting, settingWith({{"manual_gas_time", 999}}), 2);
+        row("fractional power", setting, settingWith({{"laser_power", 3000.5}}), 2);
+        row("selector beyond its items", setting, settingWith({{"wire_feeder_comm_type", 3}}), 2);
+        row("equal detect and check-out times", setting,
+            settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}}), 0);
+        row("detect time before check-out", setting,
+            settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}}), 2);
+        row("trigger on an input", setting, settingWith({{"detection_do", "DI1"}}), 2);
+        row("feed curve", "set_weld_curve_feed_config",
+            QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}, 0);
+        row("count and rows disagree", "set_weld_curve_feed_config",
+            QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}}, 2);
+        row("eleven nodes", "set_weld_curve_feed_config",
+            QJsonObject {{"laser_feed_node", 11}, {"feed_nodes_data", three}}, 2);
+        row("row of three numbers", "set_weld_curve_power_config",
+            QJsonObject {{"laser_power_node", 2},
+                {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}},
+            2);
+        row("keys of another curve", "set_weld_curve_power_config",
+            QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}, 2);
+        row("last weld data set", list, QJsonObject {{"LsData30", set}}, 0);
+        row("weld data set 31", list, QJsonObject {{"LsData31", set}}, 2);
+        row("zero-padded name", list, QJsonObject {{"LsData07", set}}, 2);
+        row("matching name in the list", list, QJsonObject {{"PowerData1", set}}, 2);
+        row("set not an object", list, QJsonObject {{"LsData4", 4}}, 2);
+        row("last matching set", match, QJsonObject {{"PowerData10", set}}, 0);
+        row("matching set 11", match, QJsonObject {{"PowerData11", set}}, 2);
     }
 
     void recordSave()
