@@ -377,57 +377,34 @@ private slots:
         QTest::addColumn<QString>("text");
 
         const QString laserOn = "LaserOn(\"LsData1\");";
-        QTest::newRow("robot not powered")
-            << "unpowered" << QStringList {toP10} << "Line 2: the robot is not powered.";
-        QTest::newRow("user level below 3")
-            << "level 2" << QStringList {toP10}
-            << "Line 2: user level 3 or more is needed to run a program.";
-        QTest::newRow("welding switched off")
-            << "welding off" << QStringList {toP10, laserOn} << "Line 3: welding is switched off.";
-        QTest::newRow("no gas port") << "gas_protect_port" << QStringList {toP10, laserOn}
-                                     << "Line 3: no assist gas port is assigned.";
-        QTest::newRow("virtual welding without a laser enable port")
-            << "laser_enable_port" << QStringList {toP10, laserOn}
-            << "Line 3: no laser enable port is assigned.";
-        QTest::newRow("switched-on row without a port")
-            << "power row without port" << QStringList {toP10, laserOn}
-            << "Line 3: the power output is switched on without a port.";
-        QTest::newRow("feeder disabled")
-            << "feeder off" << QStringList {toP10, "LsWireBwd(20,500);"}
-            << "Line 3: the wire feeder is disabled.";
-        QTest::newRow("missing data set") << "" << QStringList {toP10, "LaserOn(\"LsData9\");"}
-                                          << "Line 3: LsData9 does not exist.";
-        QTest::newRow("missing matching set")
-            << "" << QStringList {toP10, "LsParaMatch(\"PowerData7\");"}
-            << "Line 3: PowerData7 does not exist.";
-        QTest::newRow("set value not a number") << "power text" << QStringList {toP10, laserOn}
-                                                << "Line 3: LsData1 has no valid laser_power_weld.";
-        QTest::newRow("laser on twice")
-            << "" << QStringList {toP10, laserOn, laserOn} << "Line 4: the laser is already on.";
-        QTest::newRow("unknown instruction")
-            << "" << QStringList {toP10, "MoveJ p20;"} << "Line 3: unknown instruction MoveJ.";
-        QTest::newRow("unbalanced parentheses")
-            << "" << QStringList {"LsMoveL(p10, v100, fine, tool0, wobj0;"}
-            << "Line 2: LsMoveL is malformed.";
-        QTest::newRow("parameter missing") << "" << QStringList {"LsMoveL(p10, v100, fine, tool0);"}
-                                           << "Line 2: LsMoveL takes 5 parameters.";
-        QTest::newRow("point without position")
-            << "" << QStringList {toP10, "LsMoveL(p99, v100, fine, tool0, wobj0);"}
-            << "Line 3: p99 has no position.";
-        QTest::newRow("zero speed") << "" << QStringList {"LsMoveL(p10, v0, fine, tool0, wobj0);"}
-                                    << "Line 2: the speed v0 is outside v1..v7000.";
-        QTest::newRow("wire speed above 100")
-            << "" << QStringList {toP10, "LsWireFwd(150,1000);"}
-            << "Line 3: the wire speed 150 is outside 1..100 mm/s.";
-        QTest::newRow("wire time 0") << "" << QStringList {toP10, "LsWireFwd(50,0);"}
-                                     << "Line 3: the wire time 0 is outside 1..10000 ms.";
-        QTest::newRow("circle points on one line")
-            << ""
-            << QStringList {toP10, "LsMoveC(p20, Offs(p20,100,0,0), v100, fine, tool0, wobj0);"}
-            << "Line 3: the points of the circle lie on one line.";
-        QTest::newRow("unknown tool")
-            << "" << QStringList {"LsMoveL(p10, v100, fine, tool9, wobj0);"}
-            << "Line 2: tool9 is not a tool.";
+        // Each row is named by the refusal it expects.
+        const auto row = [](const char *setup, const QStringList &program, const char *text) {
+            QTest::newRow(text) << QString(setup) << program << QString(text);
+        };
+        row("unpowered", {toP10}, "Line 2: the robot is not powered.");
+        row("level 2", {toP10}, "Line 2: user level 3 or more is needed to run a program.");
+        row("welding off", {toP10, laserOn}, "Line 3: welding is switched off.");
+        row("gas_protect_port", {toP10, laserOn}, "Line 3: no assist gas port is assigned.");
+        row("laser_enable_port", {toP10, laserOn}, "Line 3: no laser enable port is assigned.");
+        row("power row without port", {toP10, laserOn},
+            "Line 3: the power output is switched on without a port.");
+        row("feeder off", {toP10, "LsWireBwd(20,500);"}, "Line 3: the wire feeder is disabled.");
+        row("", {toP10, "LaserOn(\"LsData9\");"}, "Line 3: LsData9 does not exist.");
+        row("", {toP10, "LsParaMatch(\"PowerData7\");"}, "Line 3: PowerData7 does not exist.");
+        row("power text", {toP10, laserOn}, "Line 3: LsData1 has no valid laser_power_weld.");
+        row("", {toP10, laserOn, laserOn}, "Line 4: the laser is already on.");
+        row("", {toP10, "MoveJ p20;"}, "Line 3: unknown instruction MoveJ.");
+        row("", {"LsMoveL(p10, v100, fine, tool0, wobj0;"}, "Line 2: LsMoveL is malformed.");
+        row("", {"LsMoveL(p10, v100, fine, tool0);"}, "Line 2: LsMoveL takes 5 parameters.");
+        row("", {toP10, "LsMoveL(p99, v100, fine, tool0, wobj0);"}, "Line 3: p99 has no position.");
+        row("", {"LsMoveL(p10, v0, fine, tool0, wobj0);"},
+            "Line 2: the speed v0 is outside v1..v7000.");
+        row("", {toP10, "LsWireFwd(150,1000);"},
+            "Line 3: the wire speed 150 is outside 1..100 mm/s.");
+        row("", {toP10, "LsWireFwd(50,0);"}, "Line 3: the wire time 0 is outside 1..10000 ms.");
+        row("", {toP10, "LsMoveC(p20, Offs(p20,100,0,0), v100, fine, tool0, wobj0);"},
+            "Line 3: the points of the circle lie on one line.");
+        row("", {"LsMoveL(p10, v100, fine, tool9, wobj0);"}, "Line 2: tool9 is not a tool.");
     }
 
     void refusals()
