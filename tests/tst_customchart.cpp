@@ -110,7 +110,6 @@ private slots:
         QTest::addColumn<int>("yMax");
         QTest::addColumn<QPoint>("pixel");
         QTest::newRow("plot origin") << QPointF(0, 0) << 10 << 10 << QPoint(50, 234);
-        QTest::newRow("far corner") << QPointF(10, 10) << 10 << 10 << QPoint(360, 20);
         // 310 / 4 = 77.5 and 214 / 4 = 53.5 per unit.
         QTest::newRow("positive halves round up") << QPointF(1, 1) << 4 << 4 << QPoint(128, 180);
         QTest::newRow("negative halves round towards plus")

@@ -175,7 +175,6 @@ private slots:
         QTest::addColumn<double>("x");
 
         QTest::newRow("newest at the right edge") << qint64(10000) << qint64(10000) << 210.0;
-        QTest::newRow("window start at the left edge") << qint64(0) << qint64(10000) << 10.0;
         QTest::newRow("older than the window falls left")
             << qint64(-5000) << qint64(10000) << -90.0;
     }
@@ -196,7 +195,6 @@ private slots:
         QTest::addColumn<double>("y");
 
         QTest::newRow("range min at the bottom") << 0.0 << 0.0 << 2000.0 << 120.0;
-        QTest::newRow("range max at the top") << 2000.0 << 0.0 << 2000.0 << 20.0;
         QTest::newRow("quarter") << 500.0 << 0.0 << 2000.0 << 95.0;
         QTest::newRow("zero of a range below 0") << 0.0 << -20.0 << 80.0 << 100.0;
         QTest::newRow("above the range pinned to the top") << 3000.0 << 0.0 << 2000.0 << 20.0;
