@@ -19,7 +19,8 @@ struct View
 
 inline QWidget *currentPage(const QWidget *main)
 {
-    auto *stack = main ? main->findChild<QStackedWidget *>(QStringLiteral("stackedWidget")) : nullptr;
+    auto *stack
+        = main ? main->findChild<QStackedWidget *>(QStringLiteral("stackedWidget")) : nullptr;
     return stack ? stack->currentWidget() : nullptr;
 }
 
