@@ -50,7 +50,7 @@ private slots:
             << "LaserOn($Sched:#cmb#\"LsData1\"/\"LsData2\"#true$);"
             << QStringList {"Sched:|cmb|\"LsData1\"/\"LsData2\""};
         QTest::newRow("unclosed field is text") << "f($a#spn#1,2#true);" << QStringList {};
-        QTest::newRow("too few parts is text")
+        QTest::newRow("too few pieces is text")
             << "f($cost$, $n:#spn#0,9#true$);" << QStringList {"n:|spn|0,9"};
     }
 
