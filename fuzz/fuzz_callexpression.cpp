@@ -11,15 +11,9 @@
 
 #include <cstdlib>
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzzsupport::initialise(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QString line = QString::fromUtf8(fuzzsupport::bytes(data, size));
+    const QString line = QString::fromUtf8(fuzzsupport::input(data, size));
     QString name = QStringLiteral("stale");
     QStringList parameters {QStringLiteral("stale")};
     const bool isCall = kellaser::util::extractFunctionAndParameters(line, name, parameters);

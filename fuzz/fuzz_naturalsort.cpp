@@ -60,15 +60,9 @@ QStringList checkedSort(const QStringList &names)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzzsupport::initialise(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QStringList names = QString::fromUtf8(fuzzsupport::bytes(data, size)).split('\n');
+    const QStringList names = QString::fromUtf8(fuzzsupport::input(data, size)).split('\n');
     for (const QString &name : names) {
         if (PortCatalogue::lessThan(name, name))
             std::abort(); // irreflexive

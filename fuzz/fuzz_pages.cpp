@@ -7,6 +7,7 @@
 #include "fuzzsupport.h"
 
 #include "page/laserweldpage.h"
+#include "support/pagewalk.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 
@@ -14,10 +15,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStackedWidget>
 #include <QTabWidget>
-#include <QTableWidget>
-#include <QToolButton>
 
 #include <algorithm>
 
@@ -30,9 +28,9 @@ LaserWeldPage *g_page = nullptr;
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    fuzzsupport::initialise(argc, argv);
+    fuzzsupport::initialise();
     g_controller = new ScriptedController;
     static RecordingShell shell;
     g_page = new LaserWeldPage;
@@ -47,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         QStringLiteral("weld_param_config"), QStringLiteral("weld_param_match")};
 
     QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(fuzzsupport::bytes(data, size), &error);
+    const QJsonDocument doc = QJsonDocument::fromJson(fuzzsupport::input(data, size), &error);
     if (error.error != QJsonParseError::NoError)
         return 0;
     const QJsonObject root = doc.object();
@@ -85,36 +83,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     LaserWeldPage &page = *g_page;
     page.hide();
     page.show();
-    // Each navigation button shows one page, which loads its record on show; then every tab,
-    // every curve fit, and the editor of each list's first set.
-    QWidget *nav = page.findChild<QWidget *>(QStringLiteral("wgtNav"));
-    auto *stack = page.findChild<QStackedWidget *>(QStringLiteral("stackedWidget"));
-    const QList<QToolButton *> buttons
-        = nav ? nav->findChildren<QToolButton *>() : QList<QToolButton *>();
-    for (QToolButton *button : buttons) {
-        button->click();
+    // Each page loads its record on show; then every tab, every curve fit, and the editor of
+    // each list's first set.
+    for (const pagewalk::View &view : pagewalk::views(&page)) {
+        pagewalk::show(&page, view);
         QCoreApplication::processEvents();
-        QWidget *current = stack ? stack->currentWidget() : nullptr;
-        auto *tabs = current ? current->findChild<QTabWidget *>() : nullptr;
-        for (int tab = 0; tabs && tab < tabs->count(); ++tab) {
-            tabs->setCurrentIndex(tab);
-            const QList<QAbstractButton *> actions
-                = tabs->currentWidget()->findChildren<QAbstractButton *>();
-            for (QAbstractButton *action : actions) {
-                if (action->objectName().startsWith(QLatin1String("pushButton_compute")))
-                    action->click();
-            }
-            const QList<QTableWidget *> tables
-                = tabs->currentWidget()->findChildren<QTableWidget *>();
-            auto *detailed
-                = current->findChild<QAbstractButton *>(QStringLiteral("pushButton_detailed"));
-            auto *back = current->findChild<QAbstractButton *>(QStringLiteral("pushButton_back"));
-            if (detailed && back && !tables.isEmpty() && tables.constFirst()->rowCount() > 0) {
-                tables.constFirst()->selectRow(0);
-                detailed->click();
-                QCoreApplication::processEvents();
-                back->click();
-            }
+        auto *tabs = pagewalk::currentPage(&page)->findChild<QTabWidget *>();
+        const QList<QAbstractButton *> actions = tabs && !view.editor
+            ? tabs->currentWidget()->findChildren<QAbstractButton *>()
+            : QList<QAbstractButton *>();
+        for (QAbstractButton *action : actions) {
+            if (action->objectName().startsWith(QLatin1String("pushButton_compute")))
+                action->click();
         }
     }
     QCoreApplication::processEvents();

@@ -14,15 +14,9 @@
 
 using kellaser::CommandChannel;
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzzsupport::initialise(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QJsonDocument doc = QJsonDocument::fromJson(fuzzsupport::bytes(data, size));
+    const QJsonDocument doc = QJsonDocument::fromJson(fuzzsupport::input(data, size));
     // An object is tried as the single element of a reply, so both shapes get explored.
     const QJsonArray reply = doc.isArray() ? doc.array() : QJsonArray {doc.object()};
 

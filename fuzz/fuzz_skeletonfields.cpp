@@ -11,15 +11,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzzsupport::initialise(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const QString input = QString::fromUtf8(fuzzsupport::bytes(data, size));
+    const QString input = QString::fromUtf8(fuzzsupport::input(data, size));
     const int split = input.indexOf(QLatin1Char('\n'));
     const QString skeleton = split < 0 ? input : input.left(split);
     const QString line = split < 0 ? QString() : input.mid(split + 1);

@@ -16,11 +16,16 @@ void discardMessage(QtMsgType, const QMessageLogContext &, const QString &)
 
 namespace fuzzsupport {
 
-void initialise(int *argc, char ***argv)
+void initialise()
 {
+    if (qApp)
+        return;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // Lives until exit, like the application.
-    static QApplication app(*argc, *argv);
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char *argv[] = {name, nullptr};
+    static QApplication app(argc, argv);
     qInstallMessageHandler(discardMessage);
 
     // The plug-in logs to ./log/...; pointing that file at /dev/null keeps a long run from

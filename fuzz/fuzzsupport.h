@@ -10,10 +10,12 @@ namespace fuzzsupport {
 // Once per process: an offscreen QApplication, silent console messages, the plug-in's log file
 // in the working folder made a link to /dev/null (unless it exists), and the plug-in's
 // resources.
-void initialise(int *argc, char ***argv);
+void initialise();
 
-inline QByteArray bytes(const uint8_t *data, size_t size)
+// The input as bytes; the first call sets the process up.
+inline QByteArray input(const uint8_t *data, size_t size)
 {
+    initialise();
     return QByteArray(reinterpret_cast<const char *>(data), int(size));
 }
 

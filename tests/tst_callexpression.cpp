@@ -1,11 +1,8 @@
 #include "rl/callexpression.h"
+#include "support/leveltexts.h"
 #include "support/straightforwardcallexpression.h"
-#include "support/testenvironment.h"
 
-#include <QLoggingCategory>
-#include <QRandomGenerator>
-#include <QScopeGuard>
-#include <QTest>
+#include <QtTest>
 
 class TestCallExpression : public QObject
 {
@@ -124,57 +121,35 @@ private slots:
         QVERIFY2(calls > 300 && calls < 2700, qPrintable(QString::number(calls)));
     }
 
-    void failureLogsTheInput()
+    // The log lines of a parse: the tag and what follows the time stamp.
+    void logsEachParse_data()
     {
-        QString function;
-        QStringList list;
-        kellaser::util::extractFunctionAndParameters(QStringLiteral("LaserOff;"), function, list);
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QStringList>("logged");
 
-        const QStringList lines = testenv::logLines();
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(
-            lines.first().startsWith(QStringLiteral("\x1b[31m[E|")), qPrintable(lines.first()));
-        QVERIFY2(
-            lines.first().contains(QStringLiteral(
-                "] kellaser::util::extractFunctionAndParameters Parsing failed: Input string does "
-                "not match function call format. input: LaserOff;\x1b[0m")),
-            qPrintable(lines.first()));
+        const QString name = QStringLiteral("kellaser::util::extractFunctionAndParameters ");
+        QTest::newRow("no call") << "LaserOff;"
+                                 << QStringList {"E|" + name
+                                        + "Parsing failed: Input string does not match function "
+                                          "call format. input: LaserOff;"};
+        QTest::newRow("empty parentheses")
+            << "LaserOff()"
+            << QStringList {"E|LASER:: " + name + "Extracted Parameter List: (Empty)",
+                   "D|LASER:: " + name + "functionName: LaserOff ,parameterList: ()"};
+        QTest::newRow("parameters") << "LsMoveL(p1, v100, fine);"
+                                    << QStringList {"D|LASER:: " + name
+                                           + "functionName: LsMoveL ,parameterList: (p1, v100, "
+                                             "fine)"};
     }
 
-    void emptyParenthesesLogAnErrorAndSucceed()
+    void logsEachParse()
     {
+        QFETCH(QString, line);
+        QFETCH(QStringList, logged);
         QString function;
         QStringList list;
-        QVERIFY(kellaser::util::extractFunctionAndParameters(
-            QStringLiteral("LaserOff()"), function, list));
-
-        const QStringList lines = testenv::logLines();
-        QCOMPARE(lines.size(), 2);
-        QVERIFY2(
-            lines.at(0).contains(QStringLiteral(
-                "] LASER:: kellaser::util::extractFunctionAndParameters Extracted Parameter List: "
-                "(Empty)")),
-            qPrintable(lines.at(0)));
-        QVERIFY(lines.at(0).startsWith(QStringLiteral("\x1b[31m[E|")));
-        QVERIFY2(lines.at(1).endsWith(
-                     QStringLiteral("functionName: LaserOff ,parameterList: ()\x1b[0m")),
-            qPrintable(lines.at(1)));
-    }
-
-    void summaryLineListsTheParameters()
-    {
-        QString function;
-        QStringList list;
-        kellaser::util::extractFunctionAndParameters(
-            QStringLiteral("LsMoveL(p1, v100, fine);"), function, list);
-
-        const QStringList lines = testenv::logLines();
-        QCOMPARE(lines.size(), 1);
-        QVERIFY(lines.first().startsWith(QStringLiteral("\x1b[32m[D|")));
-        QVERIFY2(lines.first().endsWith(QStringLiteral(
-                     "] LASER:: kellaser::util::extractFunctionAndParameters functionName: LsMoveL "
-                     ",parameterList: (p1, v100, fine)\x1b[0m")),
-            qPrintable(lines.first()));
+        kellaser::util::extractFunctionAndParameters(line, function, list);
+        QCOMPARE(testenv::logTexts(), logged);
     }
 
     void stripEnclosing_data()

@@ -4,9 +4,7 @@
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QTest>
+#include <QtTest>
 
 #include <limits>
 

@@ -5,14 +5,7 @@
 #include "kelplugin/interfacemanager.h"
 #include "support/testenvironment.h"
 
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 using kelcontroller::ControllerSimulator;
 using kelcontroller::FactoryRecords;
@@ -22,21 +15,17 @@ namespace {
 
 const QString key = QStringLiteral("kellaserweld");
 
-QJsonArray send(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
+// The entry of command in the reply to a request holding only it.
+QJsonObject entryOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
 {
-    return sim.commandCustomData(nullptr, key, QJsonObject {{command, payload}});
-}
-
-// The reply entry of command in a well-formed one-element reply.
-QJsonObject entryOf(const QJsonArray &reply, const QString &command, const QString &plugin = key)
-{
-    return reply.at(0).toObject().value(plugin).toObject().value(command).toObject();
+    return sim.commandCustomData(nullptr, key, QJsonObject {{command, payload}})
+        .at(0)[key][command]
+        .toObject();
 }
 
 int returnOf(ControllerSimulator &sim, const QString &command, const QJsonValue &payload)
 {
-    const QJsonValue code = entryOf(send(sim, command, payload), command).value("return");
-    return code.isDouble() ? code.toInt() : -1;
+    return entryOf(sim, command, payload).value("return").toInt(-1);
 }
 
 QByteArray readAll(const QString &path)
@@ -131,13 +120,9 @@ private slots:
         QTest::addColumn<bool>("keepsLsData9");
 
         QTest::newRow("garbage") << QByteArray("{\"weld_io_config\": {\x01 nonsense") << false;
-        QTest::newRow("JSON array") << QByteArray("[{\"weld_io_config\": {}}]") << false;
         QTest::newRow("record of wrong type") << QByteArray(
             "{\"weld_io_config\": 5, \"weld_param_config\": {\"LsData9\": {\"Tips\": "
             "\"kept\"}}}") << true;
-        QTest::newRow("points not names")
-            << QByteArray("{\"points\": [1, null], \"weld_param_config\": {\"LsData9\": {}}}")
-            << true;
     }
 
     void damagedFileIsKeptAsideAndFactoryRecordsUsed()
@@ -183,8 +168,7 @@ private slots:
         QSignalSpy problems(&sim, &ControllerSimulator::problem);
         QJsonObject io = FactoryRecords::ioConfig();
         io.insert("gas_protect_port", "DO20");
-        const QJsonObject entry
-            = entryOf(send(sim, "set_weld_io_config", io), "set_weld_io_config");
+        const QJsonObject entry = entryOf(sim, "set_weld_io_config", io);
         makeWritable(dir.path());
         if (!locked)
             QSKIP("the data folder cannot be made read-only here");
@@ -195,60 +179,6 @@ private slots:
         QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
         QCOMPARE(readAll(sim.dataFilePath()), before);
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {"kelcontroller.json"});
-    }
-
-    void unknownCommandIsRefusedWithAMessage()
-    {
-        FreshSimulator sim;
-        QSignalSpy problems(&sim, &ControllerSimulator::problem);
-        QSignalSpy handled(&sim, &ControllerSimulator::commandHandled);
-
-        const QJsonArray reply = send(sim, "set_weld_teleport", true);
-        const QJsonObject entry = entryOf(reply, "set_weld_teleport");
-        QCOMPARE(entry.value("return").toInt(), int(ControllerSimulator::UnknownCommand));
-        QVERIFY(entry.value("message").toString().contains("set_weld_teleport"));
-        QCOMPARE(problems.count(), 1);
-        QCOMPARE(handled.count(), 1);
-        QCOMPARE(handled.at(0).at(0).toString(), QString("set_weld_teleport"));
-        QCOMPARE(handled.at(0).at(2).toJsonArray(), reply);
-
-        const QJsonArray foreign = sim.commandCustomData(
-            nullptr, "kelspotweld", QJsonObject {{"set_weld_red_light", true}});
-        QCOMPARE(entryOf(foreign, "set_weld_red_light", "kelspotweld").value("return").toInt(),
-            int(ControllerSimulator::UnknownCommand));
-        QVERIFY(!sim.isRedLightOn());
-    }
-
-    void serviceKeys_data()
-    {
-        QTest::addColumn<QString>("serviceKey");
-        QTest::addColumn<QJsonValue>("expected");
-        QTest::addColumn<bool>("reported");
-
-        QTest::newRow("red light status")
-            << "laser_weld_data.weld_redlight_status" << QJsonValue(true) << false;
-        QTest::newRow("member of a record")
-            << "weld_setting_config.manual_gas_time" << QJsonValue(5000) << false;
-        QTest::newRow("unknown record") << "weld_laser_config" << QJsonValue() << true;
-        QTest::newRow("missing member") << "laser_weld_data.arc_status" << QJsonValue() << true;
-        QTest::newRow("monitor not started") << "weld_monitor_data" << QJsonValue() << false;
-    }
-
-    void serviceKeys()
-    {
-        QFETCH(QString, serviceKey);
-        QFETCH(QJsonValue, expected);
-        QFETCH(bool, reported);
-
-        FreshSimulator sim;
-        QCOMPARE(returnOf(sim, "set_weld_red_light", true), 0);
-        QSignalSpy problems(&sim, &ControllerSimulator::problem);
-        const QJsonValue value = sim.getKelServiceData(serviceKey);
-        if (expected.isNull())
-            QVERIFY(value.isUndefined());
-        else
-            QCOMPARE(value, expected);
-        QCOMPARE(problems.count(), reported ? 1 : 0);
     }
 
     void recordSave_data()
@@ -270,54 +200,43 @@ private slots:
         const QJsonArray three {QJsonArray {0, 0}, QJsonArray {5, 40}, QJsonArray {10, 90}};
         const QJsonObject set {{"Tips", "new"}};
 
-        QTest::newRow("valid port") << io << ioWith({{"laser_enable_port", "DO32"}}) << 0;
-        QTest::newRow("port unassigned") << io << ioWith({{"red_light_port", ""}}) << 0;
-        QTest::newRow("missing key")
-            << io << ioWith({{"external_alarm_enabled", QJsonValue()}}) << 2;
-        QTest::newRow("port as number") << io << ioWith({{"power_port", 1}}) << 2;
-        QTest::newRow("port beyond layout") << io << ioWith({{"laser_enable_port", "DO33"}}) << 2;
-        QTest::newRow("input port on output") << io << ioWith({{"gas_protect_port", "DI2"}}) << 2;
-        QTest::newRow("analogue port on group type") << io << ioWith({{"power_type", 1}}) << 2;
-        QTest::newRow("gas purge at its minimum")
-            << setting << settingWith({{"manual_gas_time", 1000}}) << 0;
-        QTest::newRow("gas purge below its minimum")
-            << setting << settingWith({{"manual_gas_time", 999}}) << 2;
-        QTest::newRow("fractional power") << setting << settingWith({{"laser_power", 3000.5}}) << 2;
-        QTest::newRow("selector beyond its items")
-            << setting << settingWith({{"wire_feeder_comm_type", 3}}) << 2;
-        QTest::newRow("equal detect and check-out times")
-            << setting << settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}})
-            << 0;
-        QTest::newRow("detect time before check-out")
-            << setting << settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}})
-            << 2;
-        QTest::newRow("trigger on an input")
-            << setting << settingWith({{"detection_do", "DI1"}}) << 2;
-        QTest::newRow("feed curve")
-            << "set_weld_curve_feed_config"
-            << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 0;
-        QTest::newRow("count and rows disagree")
-            << "set_weld_curve_feed_config"
-            << QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}} << 2;
-        QTest::newRow("eleven nodes")
-            << "set_weld_curve_feed_config"
-            << QJsonObject {{"laser_feed_node", 11}, {"feed_nodes_data", three}} << 2;
-        QTest::newRow("row of three numbers")
-            << "set_weld_curve_power_config"
-            << QJsonObject {{"laser_power_node", 2},
-                   {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}}
-            << 2;
-        QTest::newRow("keys of another curve")
-            << "set_weld_curve_power_config"
-            << QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}} << 2;
-        QTest::newRow("last weld data set") << list << QJsonObject {{"LsData30", set}} << 0;
-        QTest::newRow("weld data set 31") << list << QJsonObject {{"LsData31", set}} << 2;
-        QTest::newRow("zero-padded name") << list << QJsonObject {{"LsData07", set}} << 2;
-        QTest::newRow("matching name in the list")
-            << list << QJsonObject {{"PowerData1", set}} << 2;
-        QTest::newRow("set not an object") << list << QJsonObject {{"LsData4", 4}} << 2;
-        QTest::newRow("last matching set") << match << QJsonObject {{"PowerData10", set}} << 0;
-        QTest::newRow("matching set 11") << match << QJsonObject {{"PowerData11", set}} << 2;
+        const auto row = [](const char *name, const QString &command, const QJsonObject &payload,
+                             int code) { QTest::newRow(name) << command << payload << code; };
+        row("valid port", io, ioWith({{"laser_enable_port", "DO32"}}), 0);
+        row("port unassigned", io, ioWith({{"red_light_port", ""}}), 0);
+        row("missing key", io, ioWith({{"external_alarm_enabled", QJsonValue()}}), 2);
+        row("port as number", io, ioWith({{"power_port", 1}}), 2);
+        row("port beyond layout", io, ioWith({{"laser_enable_port", "DO33"}}), 2);
+        row("input port on output", io, ioWith({{"gas_protect_port", "DI2"}}), 2);
+        row("analogue port on group type", io, ioWith({{"power_type", 1}}), 2);
+        row("gas purge at its minimum", setting, settingWith({{"manual_gas_time", 1000}}), 0);
+        row("gas purge below its minimum", setting, settingWith({{"manual_gas_time", 999}}), 2);
+        row("fractional power", setting, settingWith({{"laser_power", 3000.5}}), 2);
+        row("selector beyond its items", setting, settingWith({{"wire_feeder_comm_type", 3}}), 2);
+        row("equal detect and check-out times", setting,
+            settingWith({{"feedback_delay", 200}, {"laser_check_out_time", 200}}), 0);
+        row("detect time before check-out", setting,
+            settingWith({{"feedback_delay", 199}, {"laser_check_out_time", 200}}), 2);
+        row("trigger on an input", setting, settingWith({{"detection_do", "DI1"}}), 2);
+        row("feed curve", "set_weld_curve_feed_config",
+            QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}, 0);
+        row("count and rows disagree", "set_weld_curve_feed_config",
+            QJsonObject {{"laser_feed_node", 4}, {"feed_nodes_data", three}}, 2);
+        row("eleven nodes", "set_weld_curve_feed_config",
+            QJsonObject {{"laser_feed_node", 11}, {"feed_nodes_data", three}}, 2);
+        row("row of three numbers", "set_weld_curve_power_config",
+            QJsonObject {{"laser_power_node", 2},
+                {"power_nodes_data", QJsonArray {QJsonArray {0, 0}, QJsonArray {1, 2, 3}}}},
+            2);
+        row("keys of another curve", "set_weld_curve_power_config",
+            QJsonObject {{"laser_feed_node", 3}, {"feed_nodes_data", three}}, 2);
+        row("last weld data set", list, QJsonObject {{"LsData30", set}}, 0);
+        row("weld data set 31", list, QJsonObject {{"LsData31", set}}, 2);
+        row("zero-padded name", list, QJsonObject {{"LsData07", set}}, 2);
+        row("matching name in the list", list, QJsonObject {{"PowerData1", set}}, 2);
+        row("set not an object", list, QJsonObject {{"LsData4", 4}}, 2);
+        row("last matching set", match, QJsonObject {{"PowerData10", set}}, 0);
+        row("matching set 11", match, QJsonObject {{"PowerData11", set}}, 2);
     }
 
     void recordSave()
@@ -339,42 +258,6 @@ private slots:
         QCOMPARE(sim.record(record), code == 0 ? testenv::patched(before, payload) : before);
         QCOMPARE(changed.isEmpty(), code != 0);
         QCOMPARE(QFile::exists(sim.dataFilePath()), code == 0);
-    }
-
-    void weldEnable_data()
-    {
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("powered");
-        QTest::addColumn<QString>("laserPort");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<bool>("enabled");
-
-        QTest::newRow("on with laser port") << "TRUE" << false << "DO1" << true << true;
-        QTest::newRow("on while powered") << "TRUE" << true << "DO1" << false << false;
-        QTest::newRow("on without laser port") << "TRUE" << false << "" << false << false;
-        QTest::newRow("off while powered") << "FALSE" << true << "DO1" << true << false;
-        QTest::newRow("lower case") << "true" << false << "DO1" << false << false;
-    }
-
-    void weldEnable()
-    {
-        QFETCH(QString, value);
-        QFETCH(bool, powered);
-        QFETCH(QString, laserPort);
-        QFETCH(bool, accepted);
-        QFETCH(bool, enabled);
-
-        FreshSimulator sim;
-        QJsonObject io = FactoryRecords::ioConfig();
-        io.insert("laser_enable_port", laserPort);
-        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-        sim.setRobotPowered(powered);
-
-        const QJsonArray reply = sim.commandCustomData(nullptr, key, "set_weld_enable", value);
-        // The page accepts only a JSON boolean true here.
-        QCOMPARE(entryOf(reply, "set_weld_enable").value("return"), QJsonValue(accepted));
-        QCOMPARE(sim.isWeldingEnabled(), enabled);
-        QCOMPARE(sim.record("weld_setting_config").value("laser_main_enable").toBool(), enabled);
     }
 
     void computeCurve_data()
@@ -414,8 +297,7 @@ private slots:
         QFETCH(double, intercept);
 
         FreshSimulator sim;
-        const QJsonObject entry
-            = entryOf(send(sim, "compute_curve_config", curve), "compute_curve_config");
+        const QJsonObject entry = entryOf(sim, "compute_curve_config", curve);
         QCOMPARE(entry.value("return").toInt(), code);
         if (code != 0) {
             QVERIFY(!entry.contains("slope"));
@@ -426,136 +308,6 @@ private slots:
         QVERIFY(qAbs(entry.value("intercept").toDouble() - intercept) < 1e-9);
     }
 
-    void manualWire_data()
-    {
-        QTest::addColumn<bool>("feederEnabled");
-        QTest::addColumn<bool>("welding");
-        QTest::addColumn<int>("code");
-
-        QTest::newRow("feeder ready") << true << false << 0;
-        QTest::newRow("feeder disabled") << false << false << 4;
-        QTest::newRow("welding enabled") << true << true << 3;
-    }
-
-    void manualWire()
-    {
-        QFETCH(bool, feederEnabled);
-        QFETCH(bool, welding);
-        QFETCH(int, code);
-
-        FreshSimulator sim;
-        QJsonObject settings = FactoryRecords::settingConfig();
-        settings.insert("feeder_enable", feederEnabled);
-        QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
-        if (welding)
-            sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
-
-        QCOMPARE(returnOf(sim, "set_weld_feed_wire", true), code);
-        QCOMPARE(sim.feeder(),
-            code == 0 ? ControllerSimulator::Feeder::Feeding : ControllerSimulator::Feeder::Idle);
-        QCOMPARE(returnOf(sim, "set_weld_retract_wire", true), code);
-        QCOMPARE(sim.feeder(),
-            code == 0 ? ControllerSimulator::Feeder::Retracting
-                      : ControllerSimulator::Feeder::Idle);
-        // Releasing the button must always stop the wire.
-        QCOMPARE(returnOf(sim, "set_weld_retract_wire", false), 0);
-        QCOMPARE(sim.feeder(), ControllerSimulator::Feeder::Idle);
-        QCOMPARE(returnOf(sim, "set_weld_feed_wire", "yes"), 2);
-    }
-
-    void manualGasClosesAfterPurgeTime()
-    {
-        FreshSimulator sim;
-        QJsonObject settings = FactoryRecords::settingConfig();
-        settings.insert("manual_gas_time", 1000);
-        QCOMPARE(returnOf(sim, "set_weld_setting_config", settings), 0);
-        QSignalSpy changed(&sim, &ControllerSimulator::stateChanged);
-
-        QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 0);
-        QVERIFY(sim.isGasOpen());
-        QTRY_VERIFY_WITH_TIMEOUT(!sim.isGasOpen(), 5000);
-        QCOMPARE(changed.count(), 2);
-
-        QJsonObject io = FactoryRecords::ioConfig();
-        io.insert("gas_protect_port", "");
-        QCOMPARE(returnOf(sim, "set_weld_io_config", io), 0);
-        QCOMPARE(returnOf(sim, "set_weld_manual_gas", true), 4);
-        QVERIFY(!sim.isGasOpen());
-    }
-
-    void workModeIsLockedWhilePowered()
-    {
-        FreshSimulator sim;
-        sim.setRobotPowered(true);
-        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 3);
-        QCOMPARE(
-            sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(false));
-        sim.setRobotPowered(false);
-        QCOMPARE(returnOf(sim, "set_virtual_welding", true), 0);
-        QCOMPARE(sim.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
-    }
-
-    void monitorStreamsTheIdleCell()
-    {
-        FreshSimulator sim;
-        QCOMPARE(returnOf(sim, "start_laserweld_monitor", true), 0);
-        const QJsonObject set = FactoryRecords::paramConfig().value("LsData2").toObject();
-        QCOMPARE(returnOf(sim, "set_weld_param_list_config", QJsonObject {{"LsData5", set}}), 0);
-        sim.commandCustomData(nullptr, key, "set_weld_enable", "TRUE");
-        const QJsonObject idle = sim.getKelServiceData("weld_monitor_data").toObject();
-        QCOMPARE(idle.value("data_set").toString(), QString("LsData5"));
-        QVERIFY(idle.value("welding").toBool());
-        // Nothing runs: the actual values, not the set's.
-        QCOMPARE(idle.value("power").toDouble(), 0.0);
-        QCOMPARE(idle.value("phase").toString(), QString("idle"));
-
-        QVERIFY(sim.disconnectKelServiceData(key, "weld_monitor_data", QString()));
-        QVERIFY(!sim.isMonitorRunning());
-        QVERIFY(sim.getKelServiceData("weld_monitor_data").isUndefined());
-    }
-
-    void faults_data()
-    {
-        QTest::addColumn<int>("fault");
-        QTest::addColumn<bool>("applied");
-
-        QTest::newRow("forced return code") << 0 << false;
-        QTest::newRow("empty reply") << 1 << true;
-        QTest::newRow("malformed element") << 2 << true;
-    }
-
-    void faults()
-    {
-        QFETCH(int, fault);
-        QFETCH(bool, applied);
-
-        FreshSimulator sim;
-        if (fault == 0)
-            sim.injectReturnCode(7);
-        else if (fault == 1)
-            sim.injectEmptyReply();
-        else
-            sim.injectMalformedElement();
-
-        const QJsonArray reply = send(sim, "set_weld_red_light", true);
-        switch (fault) {
-        case 0:
-            QCOMPARE(entryOf(reply, "set_weld_red_light").value("return").toInt(), 7);
-            break;
-        case 1:
-            QVERIFY(reply.isEmpty());
-            break;
-        default:
-            QVERIFY(!reply.isEmpty());
-            for (const QJsonValue &element : reply)
-                QVERIFY(!element.toObject().value(key).isObject());
-            break;
-        }
-        QCOMPARE(sim.isRedLightOn(), applied);
-        // One shot: the next command is answered normally.
-        QCOMPARE(returnOf(sim, "set_weld_red_light", false), 0);
-    }
-
     void droppedConnectionAnswersNothingUntilRestored()
     {
         FreshSimulator sim;
@@ -564,7 +316,8 @@ private slots:
             &kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect);
 
         sim.setConnected(false);
-        QVERIFY(send(sim, "set_weld_red_light", true).isEmpty());
+        QVERIFY(sim.commandCustomData(nullptr, key, QJsonObject {{"set_weld_red_light", true}})
+                    .isEmpty());
         QVERIFY(!sim.isRedLightOn());
         QVERIFY(kelplugin::kelPluginInterface().getKelServiceData("weld_io_config").isUndefined());
         QCOMPARE(restored.count(), 0);
@@ -616,7 +369,6 @@ private slots:
         QTest::newRow("default digital outputs") << -1 << "DO" << true << outputs;
         QTest::newRow("uniform group inputs")
             << 3 << "GI" << true << QStringList {"GI1", "GI2", "GI3"};
-        QTest::newRow("unknown type") << 3 << "XO" << true << QStringList {};
         QTest::newRow("disconnected") << 3 << "DI" << false << QStringList {};
     }
 

@@ -1,23 +1,8 @@
 #include "controller/controllersimulator.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QThread>
+#include <QtTest>
 
 namespace {
-
-const QStringList kTopKeys {QStringLiteral("weld_io_config"), QStringLiteral("weld_setting_config"),
-    QStringLiteral("weld_curve_config"), QStringLiteral("weld_param_config"),
-    QStringLiteral("weld_param_match"), QStringLiteral("laser_weld_data"),
-    QStringLiteral("points")};
 
 // The one generation every set in the file carries, or an explanation of why there is none.
 int fileGeneration(const QString &path, QString *why)
@@ -34,8 +19,9 @@ int fileGeneration(const QString &path, QString *why)
         return -1;
     }
     const QJsonObject root = doc.object();
-    for (const QString &key : kTopKeys) {
-        if (!root.contains(key)) {
+    for (const char *key : {"weld_io_config", "weld_setting_config", "weld_curve_config",
+             "weld_param_match", "laser_weld_data", "points"}) {
+        if (!root.contains(QLatin1String(key))) {
             *why = QStringLiteral("missing ") + key;
             return -1;
         }
@@ -57,11 +43,6 @@ int fileGeneration(const QString &path, QString *why)
         generation = g;
     }
     return generation;
-}
-
-QStringList outputLines(QProcess &child)
-{
-    return QString::fromLatin1(child.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -116,7 +97,8 @@ private slots:
             QVERIFY(child.waitForFinished(20000));
             QCOMPARE(child.exitStatus(), QProcess::CrashExit);
 
-            const QStringList lines = outputLines(child);
+            const QStringList lines = QString::fromLatin1(child.readAllStandardOutput())
+                                          .split('\n', Qt::SkipEmptyParts);
             const int reported = lines.isEmpty() ? lastAccepted : lines.constLast().toInt();
             const QByteArray stderrText = child.readAllStandardError();
             QVERIFY2(stderrText.isEmpty(), stderrText.constData());

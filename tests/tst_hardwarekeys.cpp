@@ -4,10 +4,9 @@
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
 
-#include <QJsonDocument>
 #include <QLabel>
 #include <QPixmap>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "support/testenvironment.h"
 
 #include <QImage>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

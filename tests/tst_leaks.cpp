@@ -6,10 +6,8 @@
 #include "kelplugin/pluginbase.h"
 #include "kelplugin/rlcatalog.h"
 
-#include <QPointer>
 #include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 // Loads the built plug-in once and takes it through its whole life twenty times, each time
 // under a fresh pendant window. Run under LeakSanitizer (build-asan) any block still owned by

@@ -9,8 +9,7 @@
 
 #include <QDialog>
 #include <QLabel>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -133,16 +132,6 @@ private slots:
         installed.emitConnectionRestored();
 
         QCOMPARE(reconnects.count(), 1);
-    }
-
-    void eachRenderAddsOneReconnectHandler()
-    {
-        StartedPlugin started;
-        static_cast<kelplugin::PluginBase &>(started.plugin).render();
-
-        started.controller.readKeys.clear();
-        emit kelplugin::kelPluginInterface().sigNetworkConnect();
-        QCOMPARE(started.controller.readKeys.count(kVirtualStatus), 2);
     }
 
     void afterInitRegistersTheInstructionCatalogue()

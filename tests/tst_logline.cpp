@@ -1,10 +1,7 @@
 #include "core/logline.h"
 #include "support/testenvironment.h"
 
-#include <QDateTime>
-#include <QLoggingCategory>
-#include <QRegularExpression>
-#include <QTest>
+#include <QtTest>
 
 class TestLogLine : public QObject
 {

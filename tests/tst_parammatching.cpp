@@ -4,11 +4,9 @@
 #include "support/testenvironment.h"
 #include "widget/switchbutton.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QLabel>
 #include <QSpinBox>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -20,12 +18,6 @@ const QString kSaveCommand = QStringLiteral("set_weld_param_match_config");
 QJsonObject json(const char *text)
 {
     return QJsonDocument::fromJson(text).object();
-}
-
-// A record holding only "PowerData1" with the given members.
-QJsonObject powerData1(const char *members)
-{
-    return json(QByteArray("{\"PowerData1\": {") + members + "}}");
 }
 
 QTableWidget *editorTable(const ParamPageFixture &t)
@@ -176,100 +168,6 @@ private slots:
         QCOMPARE(set.value("power_enable"), QJsonValue(false));
         QCOMPARE(set.value("frequency_enable"), QJsonValue(false));
         QCOMPARE(set.value("dutycycle_enable"), QJsonValue(false));
-    }
-
-    void validationNeedsAWholeTable_data()
-    {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("missingAt");
-        QTest::addColumn<QString>("warning");
-
-        QTest::newRow("no table") << -1 << -1
-                                  << "validateMatchingTableParams: tableWidget_matching is null";
-        QTest::newRow("four rows")
-            << 4 << -1 << "validateMatchingTableParams: table does not have enough rows";
-        QTest::newRow("missing spin box in node 1 shows at row 2")
-            << 5 << 1 << "validateMatchingTableParams: missing spinbox widgets at row 2";
-    }
-
-    void validationNeedsAWholeTable()
-    {
-        QFETCH(int, rows);
-        QFETCH(int, missingAt);
-        QFETCH(QString, warning);
-        RecordingShell shell;
-        QTableWidget table;
-        fillBareTable(table, kRising);
-        if (rows >= 0)
-            table.setRowCount(rows);
-        if (missingAt > 0)
-            table.removeCellWidget(missingAt, 3);
-        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-
-        QVERIFY(!WeldParameterPage::validateMatchingTableParams(rows < 0 ? nullptr : &table));
-        QVERIFY(shell.messages.isEmpty());
-    }
-
-    void parsing_data()
-    {
-        QTest::addColumn<QJsonObject>("record");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("rowCount");
-        QTest::addColumn<bool>("written");
-        QTest::addColumn<QString>("warning");
-        QTest::addColumn<Nodes>("nodes");
-        QTest::addColumn<QList<bool>>("switches");
-
-        const Nodes untouched {{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}};
-        const QList<bool> unchanged {true, true, true};
-        const QList<bool> off {false, false, false};
-        QTest::newRow("four nodes and the switches")
-            << powerData1(R"("power_enable": true, "frequency_enable": false,
-            "dutycycle_enable": true, "power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
-            [30, 300, 3000, 30], [40, 400, 4000, 40]])")
-            << "PowerData1" << 4 << true << QString() << kRising << QList<bool> {true, false, true};
-        QTest::newRow("three nodes load three rows")
-            << powerData1(R"("power_data": [[10, 100, 1000, 10], [20, 200, 2000, 20],
-            [30, 300, 3000, 30]])")
-            << "PowerData1" << 4 << true << QString()
-            << Nodes {{10, 100, 1000, 10}, {20, 200, 2000, 20}, {30, 300, 3000, 30}, {1, 1, 1, 1}}
-            << off;
-        QTest::newRow("node that is no array is skipped")
-            << powerData1(R"("power_data": [5, [20, 200, 2000, 20]])") << "PowerData1" << 4 << true
-            << "'power_data' element 0 is not an array"
-            << Nodes {{1, 1, 1, 1}, {20, 200, 2000, 20}, {1, 1, 1, 1}, {1, 1, 1, 1}} << off;
-        QTest::newRow("text, fractions, huge and negative numbers")
-            << powerData1(R"("power_data": [["10", 100.5, 1e300, -5]])") << "PowerData1" << 4
-            << true << QString() << Nodes {{0, 0, 0, 0}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}
-            << off;
-        QTest::newRow("name absent") << json(R"({"PowerData2": {}})") << "PowerData1" << 4 << false
-                                     << "PowerData PowerData1 not found" << untouched << unchanged;
-        QTest::newRow("no power_data still sets the switches")
-            << powerData1(R"("frequency_enable": true)") << "PowerData1" << 4 << false
-            << "'power_data' field not found" << untouched << QList<bool> {false, true, false};
-    }
-
-    void parsing()
-    {
-        QFETCH(QJsonObject, record);
-        QFETCH(QString, name);
-        QFETCH(int, rowCount);
-        QFETCH(bool, written);
-        QFETCH(QString, warning);
-        QFETCH(Nodes, nodes);
-        QFETCH(QList<bool>, switches);
-        ParamPageFixture t;
-        QTableWidget *table = editorTable(t);
-        setTableNodes(table, Nodes {{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}});
-        setSwitches(table, true, true, true);
-        if (!warning.isEmpty())
-            QTest::ignoreMessage(QtWarningMsg, qPrintable("parseMatchParamToTable: " + warning));
-
-        QCOMPARE(WeldParameterPage::parseMatchParamToTable(record, name, table, 1, 1, rowCount, 4),
-            written);
-
-        QCOMPARE(tableNodes(table), nodes);
-        QCOMPARE(switchStates(table), switches);
     }
 
     void matchList_data()

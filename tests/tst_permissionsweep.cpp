@@ -1,45 +1,18 @@
 #include "core/kellaserweld.h"
+#include "support/pagewalk.h"
 #include "support/recordingshell.h"
 #include "support/testenvironment.h"
 
 #include "controller/controllersimulator.h"
 
 #include <QAbstractButton>
-#include <QJsonObject>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QStackedWidget>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolButton>
-
-#include <QPair>
+#include <QtTest>
 
 using kelcontroller::ControllerSimulator;
 
 namespace {
 
 const QString kRefusal = QStringLiteral("Insufficient user permissions!");
-
-// The monitor stream and a curve fit change nothing on the equipment or in its records;
-// everything else the plug-in sends does.
-bool changesEquipment(const QString &command)
-{
-    return command != QLatin1String("start_laserweld_monitor")
-        && command != QLatin1String("compute_curve_config");
-}
-
-// Save, Cancel, Compute, the welding main switch and the set editor's Detailed and back
-// buttons of every page, by their form names.
-bool isPageAction(const QWidget *widget)
-{
-    static const QRegularExpression names(
-        QStringLiteral("^pushButton_(save|cancel|compute|main_enable|detailed|back)"),
-        QRegularExpression::CaseInsensitiveOption);
-    return names.match(widget->objectName()).hasMatch();
-}
 
 // The plug-in after init against a simulated controller at the given user level.
 struct Cell
@@ -62,98 +35,28 @@ struct Cell
     }
     ~Cell() { kelplugin::setControllerBackend(nullptr); }
 
+    // The monitor stream and a curve fit change nothing on the equipment or in its records.
     QStringList equipmentCommands() const
     {
-        QStringList commands;
-        for (const QString &command : handled) {
-            if (changesEquipment(command))
-                commands.append(command);
-        }
+        QStringList commands = handled;
+        commands.removeAll(QStringLiteral("start_laserweld_monitor"));
+        commands.removeAll(QStringLiteral("compute_curve_config"));
         return commands;
     }
 
-    // The navigation buttons of the main page; each one shows one configuration page.
-    QList<QToolButton *> pageButtons() const
+    // The visible Save, Cancel, Compute, welding main switch, Detailed and back buttons of the
+    // page shown, by their form names.
+    QStringList actions() const
     {
-        QWidget *nav = shell.centerWidget
-            ? shell.centerWidget->findChild<QWidget *>(QStringLiteral("wgtNav"))
-            : nullptr;
-        return nav ? nav->findChildren<QToolButton *>() : QList<QToolButton *>();
-    }
-
-    QWidget *currentPage() const
-    {
-        auto *stack = shell.centerWidget
-            ? shell.centerWidget->findChild<QStackedWidget *>(QStringLiteral("stackedWidget"))
-            : nullptr;
-        return stack ? stack->currentWidget() : nullptr;
-    }
-
-    // Everything an operator can reach: each page, each of its tabs, and for the weld data
-    // and matching lists the editor of their first set.
-    struct View
-    {
-        QToolButton *page;
-        int tab;
-        bool editor;
-    };
-
-    QList<View> views() const
-    {
-        QList<View> result;
-        const QList<QToolButton *> buttons = pageButtons();
-        for (QToolButton *button : buttons) {
-            button->click();
-            QWidget *page = currentPage();
-            auto *tabs = page ? page->findChild<QTabWidget *>() : nullptr;
-            const bool hasEditor
-                = page && page->findChild<QWidget *>(QStringLiteral("pushButton_detailed"));
-            const int tabCount = tabs ? tabs->count() : 0;
-            if (tabCount == 0)
-                result.append({button, -1, false});
-            for (int tab = 0; tab < tabCount; ++tab) {
-                result.append({button, tab, false});
-                if (hasEditor && tab < 2)
-                    result.append({button, tab, true});
-            }
-        }
-        return result;
-    }
-
-    QString show(const View &view) const
-    {
-        view.page->click();
-        QWidget *page = currentPage();
-        QString where = view.page->text();
-        if (view.tab < 0 || !page)
-            return where;
-        // Back to the list first, then the first set, as an operator would open it.
-        auto *back = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_back"));
-        if (back && back->isVisible())
-            back->click();
-        auto *tabs = page->findChild<QTabWidget *>();
-        tabs->setCurrentIndex(view.tab);
-        where += QStringLiteral(" tab ") + tabs->tabText(view.tab);
-        if (!view.editor)
-            return where;
-        const QList<QTableWidget *> tables = tabs->currentWidget()->findChildren<QTableWidget *>();
-        if (!tables.isEmpty())
-            tables.constFirst()->selectRow(0);
-        if (auto *detailed
-            = page->findChild<QAbstractButton *>(QStringLiteral("pushButton_detailed")))
-            detailed->click();
-        return where + QStringLiteral(" editor");
-    }
-
-    QList<QWidget *> actions() const
-    {
-        QList<QWidget *> result;
-        QWidget *page = currentPage();
+        static const QRegularExpression names(
+            QStringLiteral("^pushButton_(save|cancel|compute|main_enable|detailed|back)"),
+            QRegularExpression::CaseInsensitiveOption);
+        QStringList result;
         const QList<QWidget *> widgets
-            = page ? page->findChildren<QWidget *>() : QList<QWidget *>();
+            = pagewalk::currentPage(shell.centerWidget)->findChildren<QWidget *>();
         for (QWidget *w : widgets) {
-            if (isPageAction(w) && w->isVisible())
-                result.append(w);
+            if (w->isVisible() && names.match(w->objectName()).hasMatch())
+                result.append(w->objectName());
         }
         return result;
     }
@@ -236,9 +139,6 @@ private slots:
             io.insert(QLatin1String(key), true);
         cell.controller.commandCustomData(nullptr, QStringLiteral("kellaserweld"),
             QJsonObject {{QStringLiteral("set_weld_io_config"), io}});
-        QVERIFY(cell.controller.record(QStringLiteral("weld_io_config"))
-                    .value("power_enabled")
-                    .toBool());
         cell.handled.clear();
         QVERIFY(cell.shell.centerWidget);
         cell.shell.centerWidget->resize(1200, 900);
@@ -248,25 +148,23 @@ private slots:
         // last: switching welding on would lock the other pages.
         struct Action
         {
-            Cell::View view;
+            pagewalk::View view;
             QString name;
         };
         QList<Action> actions;
         QList<Action> mainSwitches;
-        const QList<Cell::View> views = cell.views();
-        QVERIFY(!views.isEmpty());
-        for (const Cell::View &view : views) {
-            cell.show(view);
-            const QList<QWidget *> visible = cell.actions();
-            for (QWidget *action : visible) {
-                const bool isMain = action->objectName().contains(QLatin1String("main_enable"));
-                (isMain ? mainSwitches : actions).append({view, action->objectName()});
+        QWidget *main = cell.shell.centerWidget;
+        const QList<pagewalk::View> views = pagewalk::views(main);
+        QStringList names;
+        for (const pagewalk::View &view : views) {
+            pagewalk::show(main, view);
+            for (const QString &name : cell.actions()) {
+                (name.contains(QLatin1String("main_enable")) ? mainSwitches : actions)
+                    .append({view, name});
+                names.append(name);
             }
         }
         actions += mainSwitches;
-        QStringList names;
-        for (const Action &action : qAsConst(actions))
-            names.append(action.name);
         // The forms' own names: a renamed button would silently drop out of the sweep.
         QStringList expected {"save", "cancel", "main_enable", "Save", "Cancel", "compute",
             "compute_2", "compute_3", "compute_5", "Save_laserpower", "Save_speed",
@@ -278,8 +176,9 @@ private slots:
 
         QStringList savesSent;
         for (const Action &entry : qAsConst(actions)) {
-            const QString where = cell.show(entry.view) + QStringLiteral(": ") + entry.name;
-            QWidget *action = cell.currentPage()->findChild<QWidget *>(entry.name);
+            const QString where
+                = pagewalk::show(main, entry.view) + QStringLiteral(": ") + entry.name;
+            QWidget *action = pagewalk::currentPage(main)->findChild<QWidget *>(entry.name);
             QVERIFY2(action && action->isVisible(), qPrintable(where));
             cell.handled.clear();
             cell.shell.clear();

@@ -1,9 +1,7 @@
 #include "page/portcatalogue.h"
 #include "support/straightforwardportorder.h"
 
-#include <QRandomGenerator>
-#include <QTest>
-#include <QVariant>
+#include <QtTest>
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "page/portcatalogue.h"
 
 #include <QComboBox>
-#include <QTest>
+#include <QtTest>
 
 class TestPortDropDown : public QObject
 {

@@ -4,10 +4,7 @@
 
 #include "core/styledescription.h"
 
-#include <QDirIterator>
-#include <QFile>
 #include <QImageReader>
-#include <QRegularExpression>
 #include <QtTest>
 
 namespace {

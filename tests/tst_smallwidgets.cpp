@@ -5,10 +5,9 @@
 
 #include <QAbstractItemView>
 #include <QLabel>
-#include <QPointer>
 #include <QScrollBar>
 #include <QTableWidget>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -168,28 +167,15 @@ private slots:
         header->resizeSection(1, 120);
     }
 
-    void comboPopupOpens_data()
+    void comboPopupOpensOnALongList()
     {
-        QTest::addColumn<int>("items");
-        QTest::newRow("no items") << 0;
-        QTest::newRow("many long items") << 500;
-    }
-
-    void comboPopupOpens()
-    {
-        QFETCH(int, items);
         QWidget window;
         ArmSafeComboBox combo(&window);
-        for (int i = 0; i < items; ++i)
+        for (int i = 0; i < 500; ++i)
             combo.addItem(QStringLiteral("Port %1 ").arg(i).repeated(i % 7 + 1));
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         combo.showPopup();
-        if (items == 0) {
-            // Qt opens nothing for an empty list; it only must not fail.
-            QVERIFY(!combo.view()->isVisible());
-            return;
-        }
         QTRY_VERIFY(combo.view()->isVisible());
         combo.hidePopup();
         QTRY_VERIFY(!combo.view()->isVisible());

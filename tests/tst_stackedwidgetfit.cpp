@@ -1,7 +1,7 @@
 #include "widget/stackedwidgetfit.h"
 
 #include <QStackedWidget>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -24,35 +24,17 @@ class TestStackedWidgetFit : public QObject
     Q_OBJECT
 
 private slots:
-    void withoutPagesReportsTheBaseSizes()
-    {
-        StackedWidgetFit fit;
-        QStackedWidget plain;
-        QCOMPARE(fit.sizeHint(), plain.sizeHint());
-        QCOMPARE(fit.minimumSizeHint(), plain.minimumSizeHint());
-    }
-
-    void sizeFollowsTheCurrentPage_data()
-    {
-        QTest::addColumn<int>("current");
-        QTest::addColumn<QSize>("hint");
-        QTest::addColumn<QSize>("minimum");
-        QTest::newRow("small page") << 0 << QSize(100, 50) << QSize(10, 5);
-        QTest::newRow("tall page") << 1 << QSize(300, 900) << QSize(30, 90);
-    }
-
     void sizeFollowsTheCurrentPage()
     {
-        QFETCH(int, current);
-        QFETCH(QSize, hint);
-        QFETCH(QSize, minimum);
-
         StackedWidgetFit fit;
-        fit.addWidget(new SizedPage(QSize(100, 50), QSize(10, 5)));
-        fit.addWidget(new SizedPage(QSize(300, 900), QSize(30, 90)));
-        fit.setCurrentIndex(current);
-        QCOMPARE(fit.sizeHint(), hint);
-        QCOMPARE(fit.minimumSizeHint(), minimum);
+        const QSize sizes[][2] = {{{100, 50}, {10, 5}}, {{300, 900}, {30, 90}}};
+        for (const auto &size : sizes)
+            fit.addWidget(new SizedPage(size[0], size[1]));
+        for (int page : {1, 0}) {
+            fit.setCurrentIndex(page);
+            QCOMPARE(fit.sizeHint(), sizes[page][0]);
+            QCOMPARE(fit.minimumSizeHint(), sizes[page][1]);
+        }
     }
 };
 

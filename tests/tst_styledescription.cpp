@@ -48,9 +48,6 @@ void TestStyleDescription::rulesBecomeStyleSheet_data()
     QTest::newRow("border and colour tokens")
         << QByteArray(R"([{"name": "QFrame", "border": "$border$", "background": "$color$"}])")
         << "QFrame{background:#c8c8c8;border:1px solid #c8c8c8;}";
-    QTest::newRow("image token")
-        << QByteArray(R"([{"name": "QComboBox::down-arrow", "image": "$image$"}])")
-        << "QComboBox::down-arrow{image:url(:/kellaserweld/png/arrow/down_arrow_white.png);}";
     QTest::newRow("token inside a value")
         << QByteArray(R"([{"name": "QFrame", "border-bottom": "2px solid $color$"}])")
         << "QFrame{border-bottom:2px solid #c8c8c8;}";
@@ -77,7 +74,6 @@ void TestStyleDescription::rulesBecomeStyleSheet_data()
     QTest::newRow("object instead of list")
         << QByteArray(R"({"name": "QLabel", "border": "none"})") << QString();
     QTest::newRow("broken json") << QByteArray(R"([{"name": "QLabel")") << QString();
-    QTest::newRow("empty input") << QByteArray() << QString();
 }
 
 void TestStyleDescription::rulesBecomeStyleSheet()

@@ -7,9 +7,8 @@
 #include "widget/stylesheet.h"
 
 #include <QComboBox>
-#include <QHash>
 #include <QLabel>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -38,53 +37,48 @@ class TestStyleSheet : public QObject
     Q_OBJECT
 
 private slots:
-    void childIsRestyledOnlyForANewSheet_data();
-    void childIsRestyledOnlyForANewSheet();
-    void mainPageRestylesAPortDropDownOnlyAFewTimes();
+    void childIsRestyledOnlyForANewSheet_data()
+    {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::addColumn<bool>("restyled");
+        const QString white = QStringLiteral("QWidget{background-color:white;}");
+        QTest::newRow("same sheet again") << white << white << false;
+        QTest::newRow("changed sheet") << white << QStringLiteral("QLabel{color:red;}") << true;
+        QTest::newRow("sheet removed") << white << QString() << true;
+    }
+
+    void childIsRestyledOnlyForANewSheet()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QFETCH(bool, restyled);
+
+        QWidget parent;
+        auto *child = new QLabel(&parent);
+        // Only polished widgets are restyled by a changed sheet.
+        parent.ensurePolished();
+        kellaser::applyStyleSheet(&parent, first);
+        StyleChangeCounter counter;
+        kellaser::applyStyleSheet(&parent, second);
+        QCOMPARE(parent.styleSheet(), second);
+        QCOMPARE(counter.counts.value(child) > 0, restyled);
+    }
+
+    void mainPageRestylesAPortDropDownOnlyAFewTimes()
+    {
+        ScriptedController controller;
+        StyleChangeCounter counter;
+        LaserWeldPage page;
+        page.initRenderStyle();
+        auto *dropDown = page.findChild<QComboBox *>(QStringLiteral("comboBox_power_port"));
+        QVERIFY(dropDown);
+        // Once, inside its own page's sheet. Before, the move into the stack, the content's sheet,
+        // render's scroll-bar sheet and render's second round of page sheets came on top: 9 times.
+        QVERIFY2(counter.counts.value(dropDown) <= 2,
+            qPrintable(QString::number(counter.counts.value(dropDown))));
+    }
 };
-
-void TestStyleSheet::childIsRestyledOnlyForANewSheet_data()
-{
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("second");
-    QTest::addColumn<bool>("restyled");
-    const QString white = QStringLiteral("QWidget{background-color:white;}");
-    QTest::newRow("same sheet again") << white << white << false;
-    QTest::newRow("changed sheet") << white << QStringLiteral("QLabel{color:red;}") << true;
-    QTest::newRow("sheet removed") << white << QString() << true;
-    QTest::newRow("no sheet, none again") << QString() << QString() << false;
-}
-
-void TestStyleSheet::childIsRestyledOnlyForANewSheet()
-{
-    QFETCH(QString, first);
-    QFETCH(QString, second);
-    QFETCH(bool, restyled);
-
-    QWidget parent;
-    auto *child = new QLabel(&parent);
-    // Only polished widgets are restyled by a changed sheet.
-    parent.ensurePolished();
-    kellaser::applyStyleSheet(&parent, first);
-    StyleChangeCounter counter;
-    kellaser::applyStyleSheet(&parent, second);
-    QCOMPARE(parent.styleSheet(), second);
-    QCOMPARE(counter.counts.value(child) > 0, restyled);
-}
-
-void TestStyleSheet::mainPageRestylesAPortDropDownOnlyAFewTimes()
-{
-    ScriptedController controller;
-    StyleChangeCounter counter;
-    LaserWeldPage page;
-    page.initRenderStyle();
-    auto *dropDown = page.findChild<QComboBox *>(QStringLiteral("comboBox_power_port"));
-    QVERIFY(dropDown);
-    // Once, inside its own page's sheet. Before, the move into the stack, the content's sheet,
-    // render's scroll-bar sheet and render's second round of page sheets came on top: 9 times.
-    QVERIFY2(counter.counts.value(dropDown) <= 2,
-        qPrintable(QString::number(counter.counts.value(dropDown))));
-}
 
 QTEST_MAIN(TestStyleSheet)
 #include "tst_stylesheet.moc"

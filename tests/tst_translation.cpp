@@ -4,27 +4,16 @@
 
 #include "page/laserweldpage.h"
 
-#include <QCoreApplication>
-#include <QFile>
 #include <QLabel>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QSet>
-#include <QTemporaryDir>
 #include <QToolButton>
-#include <QTranslator>
-#include <QXmlStreamReader>
 #include <QtTest>
 
 namespace {
 
 struct TsEntry
 {
-    QString context;
-    QString source;
-    QString comment;
-    QString translation;
-    QString type; // "unfinished", "vanished", "obsolete" or empty when done
+    // type: "unfinished", "vanished", "obsolete" or empty when done
+    QString context, source, comment, translation, type;
 
     QString key() const
     {

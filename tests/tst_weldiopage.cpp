@@ -8,11 +8,9 @@
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -130,21 +128,6 @@ private slots:
         }
     }
 
-    void editsStayAfterRefusedSave()
-    {
-        m_controller->repliesByCommand["set_weld_io_config"]
-            = ScriptedController::reply("set_weld_io_config", 4);
-        WeldSettingPage settings;
-        WeldioPage page(&settings);
-        page.show();
-        auto *gas = page.findChild<QComboBox *>("comboBox_gas_protect_port");
-        gas->setCurrentText("DO4");
-        page.findChild<QPushButton *>("pushButton_Save")->click();
-        QCOMPARE(m_shell->messageTexts(2),
-            QStringList {"Save failed. Please check the parameter configuration."});
-        QCOMPARE(gas->currentText(), QStringLiteral("DO4"));
-    }
-
     void showFillsEveryPortListWithAnEmptyFirstItem()
     {
         m_controller->serviceData["weld_io_config"]
@@ -163,34 +146,6 @@ private slots:
             (QStringList {"", "AO1", "AO2", "P1"}));
         QCOMPARE(items(page.findChild<QComboBox *>("comboBox_power_feedback_port")),
             (QStringList {"", "AI1", "AI2"}));
-    }
-
-    void typeChangeRefillsWithoutEmptyItem_data()
-    {
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QStringList>("expected");
-
-        QTest::newRow("power to group") << "power" << 1 << QStringList {"GO1", "GO2", "P1"};
-    }
-
-    void typeChangeRefillsWithoutEmptyItem()
-    {
-        QFETCH(QString, row);
-        QFETCH(int, type);
-        QFETCH(QStringList, expected);
-
-        WeldSettingPage settings;
-        WeldioPage page(&settings);
-        page.show();
-        auto *selector = page.findChild<QComboBox *>("comboBox_" + row + "_type");
-        auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
-        const QStringList analog = items(port).mid(1);
-        selector->setCurrentIndex(type);
-        QCOMPARE(items(port), expected);
-        QCOMPARE(port->currentIndex(), 0);
-        selector->setCurrentIndex(0);
-        QCOMPARE(items(port), analog);
     }
 
     void loading_data()
@@ -295,42 +250,6 @@ private slots:
         WeldioPage page(&settings);
         page.show();
         QCOMPARE(page.isEnabled(), enabled);
-    }
-
-    void rowSwitchEnablesItsRow_data()
-    {
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QString>("enableKey");
-        QTest::addColumn<QString>("kind");
-
-        QTest::newRow("selector row") << "power"
-                                      << "power_enabled"
-                                      << "comboBox_power_type";
-        QTest::newRow("adhesion row with its odd key") << "adhesion_detection_en"
-                                                       << "adhesion_detection_enabled"
-                                                       << "label_adhesion_detection_en_kind";
-    }
-
-    void rowSwitchEnablesItsRow()
-    {
-        QFETCH(QString, row);
-        QFETCH(QString, enableKey);
-        QFETCH(QString, kind);
-
-        m_controller->serviceData["weld_io_config"]
-            = testenv::patched(validRecord(), {{enableKey, true}});
-        WeldSettingPage settings;
-        WeldioPage page(&settings);
-        page.show();
-        auto *caption = page.findChild<QLabel *>("label_" + row);
-        auto *kindWidget = page.findChild<QWidget *>(kind);
-        auto *port = page.findChild<QComboBox *>("comboBox_" + row + "_port");
-        QVERIFY(caption->isEnabled() && kindWidget->isEnabled() && port->isEnabled());
-
-        QTest::mouseClick(
-            page.findChild<SwitchButton *>("pushButton_" + enableKey), Qt::LeftButton);
-        QVERIFY(!caption->isEnabled() && !kindWidget->isEnabled() && !port->isEnabled());
-        QVERIFY(m_controller->sent.isEmpty());
     }
 
     void cancelReloadsTheRecord()

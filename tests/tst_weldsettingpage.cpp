@@ -5,11 +5,9 @@
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -168,10 +166,6 @@ private slots:
 
         QTest::newRow("power truncated")
             << "laser_power" << QJsonValue(3000.9) << "spinBox_laser_power" << 3000;
-        QTest::newRow("fractional integer field reads 0")
-            << "pre_gas_time" << QJsonValue(300.5) << "spinBox_pre_gas_time" << 0;
-        QTest::newRow("missing purge time clamps to 1000")
-            << "manual_gas_time" << QJsonValue() << "spinBox_manual_gas_time" << 1000;
         QTest::newRow("text where a number belongs")
             << "retraction_speed" << QJsonValue("20") << "doubleSpinBox_retraction_speed" << 0;
     }

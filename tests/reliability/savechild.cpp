@@ -13,17 +13,6 @@
 
 namespace {
 
-const QString kParamKey = QStringLiteral("weld_param_config");
-
-int storedGeneration(const kelcontroller::ControllerSimulator &simulator)
-{
-    return simulator.record(kParamKey)
-        .value(QStringLiteral("LsData1"))
-        .toObject()
-        .value(QStringLiteral("generation"))
-        .toInt(0);
-}
-
 QJsonObject generationSets(int generation)
 {
     QJsonObject sets;
@@ -50,7 +39,7 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "problem: %s\n", qPrintable(simulator.lastError()));
         return 3;
     }
-    int generation = storedGeneration(simulator);
+    int generation = simulator.record("weld_param_config").value("LsData1")["generation"].toInt(0);
     std::printf("start %d\n", generation);
     std::fflush(stdout);
     const QString command = QStringLiteral("set_weld_param_list_config");
@@ -58,14 +47,7 @@ int main(int argc, char **argv)
         ++generation;
         const QJsonArray reply = simulator.commandCustomData(nullptr,
             QStringLiteral("kellaserweld"), QJsonObject {{command, generationSets(generation)}});
-        const int code = reply.at(0)
-                             .toObject()
-                             .value(QStringLiteral("kellaserweld"))
-                             .toObject()
-                             .value(command)
-                             .toObject()
-                             .value(QStringLiteral("return"))
-                             .toInt(-1);
+        const int code = reply.at(0)[QStringLiteral("kellaserweld")][command]["return"].toInt(-1);
         if (code != 0) {
             std::fprintf(stderr, "refused %d: %s\n", code, qPrintable(simulator.lastError()));
             return 4;
