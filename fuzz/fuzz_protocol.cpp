@@ -13,15 +13,9 @@
 
 #include <cstdlib>
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzzsupport::initialise(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    QByteArray input = fuzzsupport::bytes(data, size);
+    QByteArray input = fuzzsupport::input(data, size);
     QBuffer device(&input);
     device.open(QIODevice::ReadOnly);
     kelplugin::MessageStream stream(&device);
