@@ -1,9 +1,14 @@
 // A controller reached over the loopback address against the one embedded in the pendant: the
-// round trip alone, and reading the largest record, as a page show does.
+// round trip alone, reading the largest record, and the I/O page's show at 1,024 ports per type.
 #include "benchmain.h"
+#include "pageloops.h"
 
 #include "controller/controllersimulator.h"
+#include "controller/iolayout.h"
 #include "kelplugin/networkcontroller.h"
+#include "page/weldiopage.h"
+#include "page/weldsettingpage.h"
+#include "support/recordingshell.h"
 
 #include <QFile>
 #include <QProcess>
@@ -12,6 +17,8 @@
 #include <QThread>
 
 namespace {
+
+constexpr int portsPerType = 1024;
 
 // One kelcontroller for the whole run, with every weld data set there is.
 struct Remote
@@ -25,7 +32,8 @@ struct Remote
         process.setStandardErrorFile(QProcess::nullDevice());
         process.start(QStringLiteral(KEL_CONTROLLER_PATH),
             {QStringLiteral("--data-dir"), dir.path(), QStringLiteral("--listen"),
-                QStringLiteral("127.0.0.1:%1").arg(port)});
+                QStringLiteral("127.0.0.1:%1").arg(port), QStringLiteral("--ports"),
+                QString::number(portsPerType)});
         for (int i = 0; i < 200 && !QFile::exists(dir.filePath("kelcontroller.key")); ++i)
             QThread::msleep(10);
         QThread::msleep(100);
@@ -68,12 +76,34 @@ void read(benchmark::State &state, kelplugin::ControllerBackend &backend, const 
         benchmark::DoNotOptimize(backend.getKelServiceData(key));
 }
 
+// The page shown as the plug-in holds it, inside a visible parent, reading through the backend.
+void pageShow(benchmark::State &state, kelplugin::ControllerBackend &backend)
+{
+    if (backend.getKelServiceData(QStringLiteral("weld_io_config")).isUndefined()) {
+        state.SkipWithError("the controller does not answer");
+        return;
+    }
+    RecordingShell shell;
+    kelplugin::setControllerBackend(&backend);
+    {
+        QWidget host;
+        WeldSettingPage settings(&host);
+        WeldioPage page(&settings, &host);
+        settings.hide();
+        host.show();
+        PageLoops::settle();
+        PageLoops::show(state, &page);
+    }
+    kelplugin::setControllerBackend(nullptr);
+}
+
 } // namespace
 
 void registerBenchmarks()
 {
     static QTemporaryDir localDir;
     static kelcontroller::ControllerSimulator local(localDir.path());
+    local.setIoLayout(kelcontroller::IoLayout::uniform(portsPerType));
     const QString record = QStringLiteral("weld_param_config");
     const QString status = QStringLiteral("laser_weld_data.virtual_welding_status");
     // Wall-clock time: most of a round trip is the other process's.
@@ -92,6 +122,14 @@ void registerBenchmarks()
     kelbench::add(kelbench::name("network_read", "ref_embedded", "status"),
         [status](benchmark::State &s) { read(s, local, status); })
         ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_iopage_show", "ours", portsPerType),
+        [](benchmark::State &s) { pageShow(s, *remote().net); })
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_iopage_show", "ref_embedded", portsPerType),
+        [](benchmark::State &s) { pageShow(s, local); })
+        ->Unit(benchmark::kMillisecond)
         ->UseRealTime();
 }
 
