@@ -3,6 +3,7 @@
 #include "pendantwindow.h"
 #include "remotecell.h"
 
+#include "controller/controllerserver.h"
 #include "controller/controllersimulator.h"
 #include "kelplugin/interfacemanager.h"
 #include "kelplugin/messagestream.h"
@@ -20,8 +21,10 @@
 #include <QTest>
 
 #include <functional>
+#include <memory>
 #include <signal.h>
 #include <thread>
+#include <vector>
 
 using kelplugin::MessageStream;
 using kelplugin::NetworkController;
@@ -136,6 +139,7 @@ private slots:
     void withoutTheCellKeyNothingIsServed();
     void badMessagesCloseOnlyTheirConnection_data();
     void badMessagesCloseOnlyTheirConnection();
+    void aFloodOfClientsIsTurnedAway();
     void twoPendantsShareOneController();
     void remoteRunIsRefusedAndMarked();
     void killedMidCommandFailsWithinTheTimeout_data();
@@ -299,6 +303,39 @@ void TestNetworkController::badMessagesCloseOnlyTheirConnection()
     QVERIFY(raw.closedByPeer());
     bool ok = false;
     QCOMPARE(m_net->request("ping", {}, &ok), QJsonValue(true));
+}
+
+void TestNetworkController::aFloodOfClientsIsTurnedAway()
+{
+    constexpr int most = kelcontroller::ControllerServer::maxClients;
+    std::vector<std::unique_ptr<RawClient>> flood;
+    const QByteArray key = hello(m_controller->key());
+    const QByteArray ping = MessageStream::encode({{"id", 2}, {"op", "ping"}});
+    QJsonObject reply;
+    for (int i = 0; i < most + 1; ++i) {
+        flood.push_back(std::make_unique<RawClient>(m_controller->port));
+        if (i > 0) {
+            reply = flood.back()->ask(key);
+        } else { // a slow sender: the line's end once the rest was read, and a short message
+            flood.back()->socket.write(key.chopped(1));
+            flood.back()->socket.waitForBytesWritten(1000);
+            QTest::qWait(200);
+            reply = flood.back()->ask("\n" + ping);
+            QCOMPARE(flood.back()->ask({})["result"].toBool(), true);
+        }
+        if (!reply["ok"].toBool())
+            break;
+    }
+    QVERIFY(reply["error"].toString().startsWith("too many clients"));
+    QVERIFY(flood.back()->closedByPeer());
+    QVERIFY(flood.size() > 1 && flood.size() <= most);
+    bool ok = false;
+    QCOMPARE(m_net->request("ping", {}, &ok), QJsonValue(true));
+    // Places come free as clients leave.
+    flood.clear();
+    QTest::qWait(100);
+    RawClient later(m_controller->port);
+    QCOMPARE(later.ask(key)["ok"].toBool(), true);
 }
 
 void TestNetworkController::twoPendantsShareOneController()

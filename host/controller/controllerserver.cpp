@@ -131,10 +131,23 @@ void ControllerServer::accept()
             = QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort());
         session->name
             = QStringLiteral("client #%1 (%2)").arg(session->number).arg(session->address);
+        const bool full = m_sessions.size() >= maxClients;
         m_sessions.insert(socket, session);
         emit logLine(QStringLiteral("%1 connected").arg(session->name));
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] { drop(socket); });
+        if (full) {
+            refuse(session.get(), QJsonValue(),
+                QStringLiteral("too many clients (%1 at most)").arg(maxClients), true);
+            continue;
+        }
+        QTimer::singleShot(helloTimeoutMs, socket, [this, socket] {
+            const auto waiting = m_sessions.value(socket);
+            if (waiting && !waiting->admitted && !waiting->closing)
+                refuse(waiting.get(), QJsonValue(),
+                    QStringLiteral("no key presented within %1 s").arg(helloTimeoutMs / 1000),
+                    true);
+        });
     }
 }
 
@@ -385,10 +398,26 @@ void ControllerServer::answer(Session *session, QJsonObject reply, bool now)
         return;
     const QByteArray line = kelplugin::MessageStream::encode(std::move(reply));
     if (now || m_replyDelayMs <= 0) {
-        socket->write(line);
+        write(socket, line);
         return;
     }
-    QTimer::singleShot(m_replyDelayMs, socket, [socket, line] { socket->write(line); });
+    QTimer::singleShot(m_replyDelayMs, socket, [this, socket, line] { write(socket, line); });
+}
+
+void ControllerServer::write(QTcpSocket *socket, const QByteArray &line)
+{
+    socket->write(line);
+    if (socket->bytesToWrite() <= maxUnreadBytes)
+        return;
+    const auto session = m_sessions.value(socket);
+    emit logLine(QStringLiteral("%1: does not read its replies (%2 bytes waiting), connection "
+                                "closed")
+                     .arg(session ? session->name : QStringLiteral("client"))
+                     .arg(socket->bytesToWrite()));
+    if (session)
+        session->closing = true;
+    // Its replies are dropped: waiting to hand them over is what it stops us doing.
+    socket->abort();
 }
 
 void ControllerServer::refuse(

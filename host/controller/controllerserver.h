@@ -28,6 +28,14 @@ class KELPLUGIN_EXPORT ControllerServer : public QObject
 public:
     // The user level from which a client may change the equipment.
     static constexpr int changeLevel = 3;
+    // A cell has a few pendants and tools; a flood of connections is turned away beyond this.
+    static constexpr int maxClients = 16;
+    // A connection that has not presented the key by then is closed, so idle ones cannot hold
+    // the places of pendants.
+    static constexpr int helloTimeoutMs = 10000;
+    // Replies a client has not read beyond this: it is not reading, and is let go rather than
+    // held in the controller's memory.
+    static constexpr qint64 maxUnreadBytes = 2 * qint64(16 * 1024 * 1024);
 
     ControllerServer(
         ControllerSimulator *controller, const QByteArray &key, QObject *parent = nullptr);
@@ -64,6 +72,7 @@ private:
     bool releaseMonitor(Session *session);
     // A reply that closes the connection goes out at once, ahead of the close.
     void answer(Session *session, QJsonObject reply, bool now = false);
+    void write(QTcpSocket *socket, const QByteArray &line);
     void refuse(Session *session, const QJsonValue &id, const QString &error, bool close);
     void drop(QTcpSocket *socket);
 

@@ -24,17 +24,22 @@ MessageStream::Status MessageStream::next(QJsonObject *message)
 {
     if (m_device->bytesAvailable() > 0)
         m_buffer += m_device->readAll();
-    const int end = m_buffer.indexOf('\n');
+    // What was searched before holds no line end: a slow sender of a long line costs a search
+    // of what it sends, not of everything it sent on every arrival.
+    const int end = m_buffer.indexOf('\n', m_searched);
     if (end < 0) {
+        m_searched = m_buffer.size();
         if (m_buffer.size() > maxMessageBytes) {
             m_error = QStringLiteral("message longer than %1 bytes").arg(maxMessageBytes);
             m_buffer.clear();
+            m_searched = 0;
             return Status::Oversized;
         }
         return Status::Pending;
     }
     const QByteArray line = m_buffer.left(end);
     m_buffer.remove(0, end + 1);
+    m_searched = 0;
     if (line.size() > maxMessageBytes) {
         m_error = QStringLiteral("message longer than %1 bytes").arg(maxMessageBytes);
         return Status::Oversized;

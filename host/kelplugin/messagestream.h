@@ -43,6 +43,7 @@ public:
 private:
     QIODevice *m_device;
     QByteArray m_buffer;
+    int m_searched = 0; // the start of m_buffer known to hold no line end
     QString m_error;
 };
 
