@@ -140,6 +140,7 @@ private slots:
     void badMessagesCloseOnlyTheirConnection_data();
     void badMessagesCloseOnlyTheirConnection();
     void aFloodOfClientsIsTurnedAway();
+    void aClientThatDoesNotReadIsLetGo();
     void twoPendantsShareOneController();
     void remoteRunIsRefusedAndMarked();
     void killedMidCommandFailsWithinTheTimeout_data();
@@ -336,6 +337,26 @@ void TestNetworkController::aFloodOfClientsIsTurnedAway()
     QTest::qWait(100);
     RawClient later(m_controller->port);
     QCOMPARE(later.ask(key)["ok"].toBool(), true);
+}
+
+void TestNetworkController::aClientThatDoesNotReadIsLetGo()
+{
+    RawClient raw(m_controller->port);
+    QCOMPARE(raw.ask(hello(m_controller->key()))["ok"].toBool(), true);
+    raw.socket.setReadBufferSize(4096);
+    // 20,000 requests of the largest record: about 50 MiB of replies nobody reads.
+    const QByteArray read = MessageStream::encode(
+        {{"id", 3}, {"op", "service_data"}, {"key", "weld_param_config"}, {"level", 3}});
+    for (int i = 0; i < 20000; ++i)
+        raw.socket.write(read);
+    const auto logged = [this] {
+        QFile log(m_controller->dir + QStringLiteral("/kelcontroller.log"));
+        return log.open(QIODevice::ReadOnly) && log.readAll().contains("does not read its replies");
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(logged(), 10000);
+    // Served the others all along.
+    bool ok = false;
+    QCOMPARE(m_net->request("ping", {}, &ok), QJsonValue(true));
 }
 
 void TestNetworkController::twoPendantsShareOneController()

@@ -24,6 +24,9 @@ const QString monitorKey = QStringLiteral("weld_monitor_data");
 const QString monitorCommand = QStringLiteral("start_laserweld_monitor");
 // The run messages kept for pendants that poll now and then.
 constexpr int kRunMessagesKept = 100;
+// Requests served from one client before the others get their turn: a client that sends
+// thousands at once must not hold the event loop for all of them.
+constexpr int kRequestsPerTurn = 4;
 
 QJsonArray strings(const QStringList &list)
 {
@@ -167,7 +170,11 @@ void ControllerServer::read(QTcpSocket *socket)
     const auto session = m_sessions.value(socket);
     if (!session)
         return;
-    while (!session->closing) {
+    for (int served = 0; !session->closing; ++served) {
+        if (served == kRequestsPerTurn) {
+            QTimer::singleShot(0, socket, [this, socket] { read(socket); });
+            return;
+        }
         QJsonObject message;
         const auto status = session->stream.next(&message);
         if (status == kelplugin::MessageStream::Status::Pending)
@@ -179,7 +186,8 @@ void ControllerServer::read(QTcpSocket *socket)
         }
         handle(session.get(), message);
     }
-    socket->readAll(); // whatever follows an error is not read
+    if (socket->isOpen())
+        socket->readAll(); // whatever follows an error is not read
 }
 
 void ControllerServer::handle(Session *session, const QJsonObject &message)
