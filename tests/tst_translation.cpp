@@ -81,9 +81,24 @@ QStringList missingFrom(const QList<TsEntry> &in, const QList<TsEntry> &from)
     return missing;
 }
 
-QString committedTs()
+// Each translation source and the folders its update scans, as the update targets do.
+struct TsFile
 {
-    return QStringLiteral(KEL_PLUGIN_SOURCE_DIR "/resources/kellaserweld_cn.ts");
+    const char *name;
+    QString ts;
+    QStringList folders;
+};
+
+const QList<TsFile> &tsFiles()
+{
+    static const QList<TsFile> files {
+        {"plug-in", QStringLiteral(KEL_SOURCE_DIR "/plugin/resources/kellaserweld_cn.ts"),
+            {QStringLiteral(KEL_SOURCE_DIR "/plugin")}},
+        {"pendant", QStringLiteral(KEL_SOURCE_DIR "/host/pendant/kelpendant_cn.ts"),
+            {QStringLiteral(KEL_SOURCE_DIR "/host/pendant"),
+                QStringLiteral(KEL_SOURCE_DIR "/host/kelplugin")}},
+    };
+    return files;
 }
 
 } // namespace
@@ -93,39 +108,52 @@ class TestTranslation : public QObject
     Q_OBJECT
 
 private:
-    QList<TsEntry> m_committed;
-    QList<TsEntry> m_scanned;
-    QString m_scanError;
+    QHash<QString, QList<TsEntry>> m_committed;
+    QHash<QString, QList<TsEntry>> m_scanned;
+
+    static void addFileRows()
+    {
+        QTest::addColumn<QString>("file");
+        for (const TsFile &file : tsFiles())
+            QTest::newRow(file.name) << QString::fromLatin1(file.name);
+    }
 
 private slots:
     void initTestCase()
     {
-        QString error;
-        m_committed = readTs(committedTs(), &error);
-        QVERIFY2(error.isEmpty(), qPrintable(error));
-        QVERIFY(!m_committed.isEmpty());
-
-        // The same scan as the kel_update_translations target, into a scratch file.
         QTemporaryDir scratch;
         QVERIFY(scratch.isValid());
-        const QString fresh = scratch.filePath(QStringLiteral("fresh.ts"));
-        QProcess lupdate;
-        lupdate.setProcessChannelMode(QProcess::MergedChannels);
-        lupdate.start(QStringLiteral(KEL_LUPDATE),
-            {QStringLiteral("-no-obsolete"), QStringLiteral("-locations"), QStringLiteral("none"),
-                QStringLiteral(KEL_PLUGIN_SOURCE_DIR), QStringLiteral("-ts"), fresh});
-        QVERIFY2(lupdate.waitForFinished(120000), "lupdate did not finish");
-        QVERIFY2(lupdate.exitStatus() == QProcess::NormalExit && lupdate.exitCode() == 0,
-            lupdate.readAll().constData());
-        m_scanned = readTs(fresh, &error);
-        QVERIFY2(error.isEmpty(), qPrintable(error));
-        QVERIFY(!m_scanned.isEmpty());
+        for (const TsFile &file : tsFiles()) {
+            QString error;
+            const QList<TsEntry> committed = readTs(file.ts, &error);
+            QVERIFY2(error.isEmpty(), qPrintable(error));
+            QVERIFY(!committed.isEmpty());
+            m_committed.insert(QLatin1String(file.name), committed);
+
+            // The same scan as the kel_update_translations target, into a scratch file.
+            const QString fresh = scratch.filePath(QLatin1String(file.name) + ".ts");
+            QProcess lupdate;
+            lupdate.setProcessChannelMode(QProcess::MergedChannels);
+            lupdate.start(QStringLiteral(KEL_LUPDATE),
+                QStringList {QStringLiteral("-no-obsolete"), QStringLiteral("-locations"),
+                    QStringLiteral("none")}
+                    + file.folders + QStringList {QStringLiteral("-ts"), fresh});
+            QVERIFY2(lupdate.waitForFinished(120000), "lupdate did not finish");
+            QVERIFY2(lupdate.exitStatus() == QProcess::NormalExit && lupdate.exitCode() == 0,
+                lupdate.readAll().constData());
+            const QList<TsEntry> scanned = readTs(fresh, &error);
+            QVERIFY2(error.isEmpty(), qPrintable(error));
+            QVERIFY(!scanned.isEmpty());
+            m_scanned.insert(QLatin1String(file.name), scanned);
+        }
     }
 
+    void committedEntriesAreTranslated_data() { addFileRows(); }
     void committedEntriesAreTranslated()
     {
+        QFETCH(QString, file);
         QStringList faults;
-        for (const TsEntry &entry : qAsConst(m_committed)) {
+        for (const TsEntry &entry : m_committed.value(file)) {
             const QString where = entry.context + QStringLiteral(" \"") + entry.source + '"';
             if (!entry.type.isEmpty())
                 faults.append(entry.type + ' ' + where);
@@ -139,10 +167,22 @@ private slots:
 
     // Both ways: a new source text needs an entry (run the kel_update_translations target and
     // translate), and an entry whose source is gone must go.
+    void entriesMatchTheSources_data() { addFileRows(); }
     void entriesMatchTheSources()
     {
-        QCOMPARE(missingFrom(m_committed, m_scanned), QStringList());
-        QCOMPARE(missingFrom(m_scanned, m_committed), QStringList());
+        QFETCH(QString, file);
+        QCOMPARE(missingFrom(m_committed.value(file), m_scanned.value(file)), QStringList());
+        QCOMPARE(missingFrom(m_scanned.value(file), m_committed.value(file)), QStringList());
+    }
+
+    // The pendant's texts come with the pendant, apart from the plug-in's bundle.
+    void bundledTranslationShowsThePendantInChinese()
+    {
+        Q_INIT_RESOURCE(kelpendant_lang);
+        QTranslator translator;
+        QVERIFY(translator.load(QStringLiteral(":/kelpendant/language/kelpendant_cn.qm")));
+        QCOMPARE(
+            translator.translate("ControlPanel", "Robot powered"), QStringLiteral("机器人上电"));
     }
 
     void bundledTranslationShowsPagesInChinese()

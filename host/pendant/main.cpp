@@ -44,6 +44,8 @@ void fail(const QString &text)
 
 int main(int argc, char *argv[])
 {
+    // A static library's resources are linked in only when something names them.
+    Q_INIT_RESOURCE(kelpendant_lang);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kelpendant"));
     QApplication::setOrganizationName(QStringLiteral("kellaserweld"));
@@ -67,7 +69,7 @@ int main(int argc, char *argv[])
                        "in <dir> and exit."),
         QStringLiteral("dir"));
     const QCommandLineOption langOption(QStringLiteral("lang"),
-        QStringLiteral("Show the plug-ins in <language>, such as zh_CN."),
+        QStringLiteral("Show the pendant and its plug-ins in <language>, such as zh_CN."),
         QStringLiteral("language"));
     const QCommandLineOption controllerOption(QStringLiteral("controller"),
         QStringLiteral("Use the kelcontroller at <host:port> instead of the embedded simulator."),
@@ -138,6 +140,16 @@ int main(int argc, char *argv[])
         cell = std::make_unique<LocalCell>(simulator.get());
     }
 
+    // The pendant's own texts: its widgets translate as they are built, so before the window.
+    const QString language = parser.value(langOption);
+    const QString suffix
+        = language.startsWith(QLatin1String("zh")) ? QStringLiteral("cn") : language;
+    QTranslator pendantTranslator;
+    if (parser.isSet(langOption)
+        && pendantTranslator.load(
+            QStringLiteral(":/kelpendant/language/kelpendant_%1.qm").arg(suffix)))
+        QApplication::installTranslator(&pendantTranslator);
+
     PendantWindow window(cell.get());
     // Leaves the plug-in a centre area of about 1024 by 768, as on the pendant.
     window.resize(1680, 1010);
@@ -152,15 +164,13 @@ int main(int argc, char *argv[])
     // Plug-ins register their translations as resources when loaded, so load them now.
     QTranslator translator;
     if (parser.isSet(langOption)) {
-        const QString language = parser.value(langOption);
-        const QString suffix
-            = language.startsWith(QLatin1String("zh")) ? QStringLiteral("cn") : language;
         const QString qm = QStringLiteral(":/kellaserweld/language/kellaserweld_%1.qm").arg(suffix);
         if (translator.load(qm))
             QApplication::installTranslator(&translator);
         else
             window.reportProblem(
-                QStringLiteral("No translation %1 for language %2.").arg(qm, language));
+                QApplication::translate("kelpendant", "No translation %1 for language %2.")
+                    .arg(qm, language));
     }
 
     host.startAll();

@@ -55,5 +55,5 @@ void RunLink::showMessage(int level, const QString &text, int line)
 {
     if (level > 0 && line >= 0)
         m_editor->markRefusedLine(line, text);
-    m_messages->addMessage(QStringLiteral("controller"), level, text);
+    m_messages->addMessage(tr("controller"), level, text);
 }
