@@ -11,6 +11,8 @@
 #include "support/recordingshell.h"
 
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -76,6 +78,26 @@ void read(benchmark::State &state, kelplugin::ControllerBackend &backend, const 
         benchmark::DoNotOptimize(backend.getKelServiceData(key));
 }
 
+// The curve page's Compute: a command that changes nothing, so every round is the same work.
+void command(benchmark::State &state, kelplugin::ControllerBackend &backend)
+{
+    QJsonArray nodes;
+    for (int i = 0; i < 10; ++i)
+        nodes.append(QJsonArray {100 * i, 400 * i + 7});
+    const QJsonObject compute {{QStringLiteral("compute_curve_config"),
+        QJsonObject {{QStringLiteral("laser_power_node"), 10},
+            {QStringLiteral("power_nodes_data"), nodes}}}};
+    const QString plugin = QStringLiteral("kellaserweld");
+    const QJsonArray reply = backend.commandCustomData(nullptr, plugin, compute);
+    const QJsonValue entry = reply.at(0)[plugin][QStringLiteral("compute_curve_config")];
+    if (entry[QStringLiteral("return")].toInt(-1) != 0) {
+        state.SkipWithError("the controller does not compute the curve");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(backend.commandCustomData(nullptr, plugin, compute));
+}
+
 // The page shown as the plug-in holds it, inside a visible parent, reading through the backend.
 void pageShow(benchmark::State &state, kelplugin::ControllerBackend &backend)
 {
@@ -121,6 +143,14 @@ void registerBenchmarks()
         ->UseRealTime();
     kelbench::add(kelbench::name("network_read", "ref_embedded", "status"),
         [status](benchmark::State &s) { read(s, local, status); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_command", "ours", "compute"),
+        [](benchmark::State &s) { command(s, *remote().net); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("network_command", "ref_embedded", "compute"),
+        [](benchmark::State &s) { command(s, local); })
         ->Unit(benchmark::kMicrosecond)
         ->UseRealTime();
     kelbench::add(kelbench::name("network_iopage_show", "ours", portsPerType),
