@@ -9,6 +9,7 @@
 #include "kelplugin/messagestream.h"
 #include "kelplugin/networkcontroller.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -141,6 +142,9 @@ private slots:
     void badMessagesCloseOnlyTheirConnection();
     void aFloodOfClientsIsTurnedAway();
     void aClientThatDoesNotReadIsLetGo();
+    void aFloodOfRequestsIsServedInTurn();
+    void aLineWithoutEndIsReadOnlyToTheLimit();
+    void idleConnectionsMakeRoomForPendants();
     void twoPendantsShareOneController();
     void remoteRunIsRefusedAndMarked();
     void killedMidCommandFailsWithinTheTimeout_data();
@@ -258,6 +262,9 @@ void TestNetworkController::withoutTheCellKeyNothingIsServed_data()
     QTest::newRow("command before hello")
         << MessageStream::encode({{"id", 1}, {"op", "command"}, {"level", 5}, {"plugin", plugin},
                {"command", QJsonObject {{"set_weld_manual_gas", true}}}});
+    // The right key, but a first message longer than a hello needs is not even parsed.
+    QTest::newRow("long hello") << MessageStream::encode({{"id", 1}, {"op", "hello"},
+        {"key", QString::fromLatin1(m_controller->key())}, {"client", QString(5000, 'x')}});
 }
 
 void TestNetworkController::withoutTheCellKeyNothingIsServed()
@@ -292,6 +299,8 @@ void TestNetworkController::badMessagesCloseOnlyTheirConnection_data()
     QTest::newRow("unknown version") << QByteArray("{\"v\":2,\"id\":2,\"op\":\"ping\"}\n");
     QTest::newRow("no version") << QByteArray("{\"id\":2,\"op\":\"ping\"}\n");
     QTest::newRow("64 MiB") << QByteArray(64 * 1024 * 1024, 'x');
+    QTest::newRow("a valid request over 1 MiB")
+        << MessageStream::encode({{"id", 2}, {"op", "ping"}, {"pad", QString(1024 * 1024, ' ')}});
 }
 
 void TestNetworkController::badMessagesCloseOnlyTheirConnection()
@@ -357,6 +366,50 @@ void TestNetworkController::aClientThatDoesNotReadIsLetGo()
     // Served the others all along.
     bool ok = false;
     QCOMPARE(m_net->request("ping", {}, &ok), QJsonValue(true));
+}
+
+void TestNetworkController::aFloodOfRequestsIsServedInTurn()
+{
+    RawClient raw(m_controller->port);
+    QCOMPARE(raw.ask(hello(m_controller->key()))["ok"].toBool(), true);
+    const QByteArray ping = MessageStream::encode({{"id", 2}, {"op", "ping"}});
+    constexpr int flood = 64 * 1024 * 1024;
+    raw.socket.write(ping.repeated(flood / ping.size()));
+    QTest::qWait(300);
+    // The controller reads no faster than it serves: what it has not served waits in the
+    // sender's buffers, not in the controller's memory.
+    QVERIFY(raw.socket.bytesToWrite() > flood / 2);
+    // The others are answered meanwhile, and so is the flood.
+    for (int i = 0; i < 3; ++i) {
+        bool ok = false;
+        QCOMPARE(m_net->request("ping", {}, &ok), QJsonValue(true));
+    }
+    QCOMPARE(raw.ask({})["result"].toBool(), true);
+}
+
+void TestNetworkController::aLineWithoutEndIsReadOnlyToTheLimit()
+{
+    QByteArray bytes(64 * 1024, 'x');
+    QBuffer device(&bytes);
+    device.open(QIODevice::ReadOnly);
+    MessageStream stream(&device, 4096);
+    QJsonObject message;
+    QCOMPARE(stream.next(&message), MessageStream::Status::Oversized);
+    QCOMPARE(device.pos(), 4097);
+}
+
+void TestNetworkController::idleConnectionsMakeRoomForPendants()
+{
+    // More idle connections than there are places for clients.
+    std::vector<std::unique_ptr<RawClient>> idle;
+    for (int i = 0; i < kelcontroller::ControllerServer::maxClients + 2; ++i)
+        idle.push_back(std::make_unique<RawClient>(m_controller->port));
+    RawClient pendant(m_controller->port);
+    QCOMPARE(pendant.ask(hello(m_controller->key()))["ok"].toBool(), true);
+    // The oldest idle ones went; the newest still wait for their key.
+    QVERIFY(idle.front()->closedByPeer());
+    QVERIFY(!idle.back()->socket.waitForDisconnected(100));
+    QCOMPARE(idle.back()->ask(hello(m_controller->key()))["ok"].toBool(), true);
 }
 
 void TestNetworkController::twoPendantsShareOneController()

@@ -24,9 +24,12 @@ const QString monitorKey = QStringLiteral("weld_monitor_data");
 const QString monitorCommand = QStringLiteral("start_laserweld_monitor");
 // The run messages kept for pendants that poll now and then.
 constexpr int kRunMessagesKept = 100;
-// Requests served from one client before the others get their turn: a client that sends
-// thousands at once must not hold the event loop for all of them.
+// Requests, and bytes of them, served from one client before the others get their turn: a
+// client that sends thousands at once must not hold the event loop for all of them.
 constexpr int kRequestsPerTurn = 4;
+constexpr int kBytesPerTurn = 256 * 1024;
+// What waits in a client's socket unread; beyond it TCP slows the sender down.
+constexpr qint64 kSocketBufferBytes = 256 * 1024;
 
 QJsonArray strings(const QStringList &list)
 {
@@ -47,7 +50,7 @@ bool sameKey(const QByteArray &a, const QByteArray &b)
 
 struct ControllerServer::Session
 {
-    explicit Session(QTcpSocket *s) : socket(s), stream(s) { }
+    explicit Session(QTcpSocket *s) : socket(s), stream(s, ControllerServer::maxHelloBytes) { }
     QPointer<QTcpSocket> socket;
     kelplugin::MessageStream stream;
     QString address;
@@ -128,22 +131,29 @@ QByteArray ControllerServer::cellKey(const QString &dataDir, QString *error)
 void ControllerServer::accept()
 {
     while (QTcpSocket *socket = m_server->nextPendingConnection()) {
+        socket->setReadBufferSize(kSocketBufferBytes);
         auto session = std::make_shared<Session>(socket);
         session->number = ++m_clientNumber;
         session->address
             = QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort());
         session->name
             = QStringLiteral("client #%1 (%2)").arg(session->number).arg(session->address);
-        const bool full = m_sessions.size() >= maxClients;
+        // Places are counted when a key is presented; until then a connection waits here.
+        if (count(false) >= maxWaiting) {
+            Session *oldest = nullptr;
+            for (const auto &other : qAsConst(m_sessions)) {
+                if (!other->admitted && !other->closing
+                    && (!oldest || other->number < oldest->number))
+                    oldest = other.get();
+            }
+            refuse(oldest, QJsonValue(),
+                QStringLiteral("no key presented yet, closed to make room for a newer connection"),
+                true);
+        }
         m_sessions.insert(socket, session);
         emit logLine(QStringLiteral("%1 connected").arg(session->name));
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] { drop(socket); });
-        if (full) {
-            refuse(session.get(), QJsonValue(),
-                QStringLiteral("too many clients (%1 at most)").arg(maxClients), true);
-            continue;
-        }
         QTimer::singleShot(helloTimeoutMs, socket, [this, socket] {
             const auto waiting = m_sessions.value(socket);
             if (waiting && !waiting->admitted && !waiting->closing)
@@ -152,6 +162,14 @@ void ControllerServer::accept()
                     true);
         });
     }
+}
+
+int ControllerServer::count(bool admitted) const
+{
+    int n = 0;
+    for (const auto &session : m_sessions)
+        n += session->admitted == admitted && !session->closing;
+    return n;
 }
 
 void ControllerServer::drop(QTcpSocket *socket)
@@ -170,8 +188,9 @@ void ControllerServer::read(QTcpSocket *socket)
     const auto session = m_sessions.value(socket);
     if (!session)
         return;
+    int bytes = 0;
     for (int served = 0; !session->closing; ++served) {
-        if (served == kRequestsPerTurn) {
+        if (served == kRequestsPerTurn || bytes >= kBytesPerTurn) {
             QTimer::singleShot(0, socket, [this, socket] { read(socket); });
             return;
         }
@@ -184,6 +203,7 @@ void ControllerServer::read(QTcpSocket *socket)
                 session.get(), message.value(QLatin1String("id")), session->stream.error(), true);
             break;
         }
+        bytes += session->stream.lastLineBytes();
         handle(session.get(), message);
     }
     if (socket->isOpen())
@@ -229,7 +249,12 @@ void ControllerServer::hello(Session *session, const QJsonObject &message)
     if (!client.isEmpty())
         session->name
             = QStringLiteral("%1 #%2 (%3)").arg(client).arg(session->number).arg(session->address);
+    if (count(true) >= maxClients) {
+        refuse(session, id, QStringLiteral("too many clients (%1 at most)").arg(maxClients), true);
+        return;
+    }
     session->admitted = true;
+    session->stream.setMaxMessageBytes(maxRequestBytes);
     emit logLine(QStringLiteral("%1 admitted").arg(session->name));
     answer(session,
         {{QStringLiteral("id"), id}, {QStringLiteral("ok"), true},

@@ -30,9 +30,15 @@ public:
     static constexpr int changeLevel = 3;
     // A cell has a few pendants and tools; a flood of connections is turned away beyond this.
     static constexpr int maxClients = 16;
-    // A connection that has not presented the key by then is closed, so idle ones cannot hold
-    // the places of pendants.
+    // Connections that have not presented the key yet, apart from the clients' places: when
+    // they are all taken the oldest makes room, so idle connections cannot keep a pendant out.
+    static constexpr int maxWaiting = 8;
+    // A connection that has not presented the key by then is closed.
     static constexpr int helloTimeoutMs = 10000;
+    // The first message holds a key and a name; a request at most a program or a record.
+    // Anything longer is cut off before it is parsed, which would hold up the other clients.
+    static constexpr int maxHelloBytes = 4096;
+    static constexpr int maxRequestBytes = 1024 * 1024;
     // Replies a client has not read beyond this: it is not reading, and is let go rather than
     // held in the controller's memory.
     static constexpr qint64 maxUnreadBytes = 2 * qint64(16 * 1024 * 1024);
@@ -75,6 +81,7 @@ private:
     void write(QTcpSocket *socket, const QByteArray &line);
     void refuse(Session *session, const QJsonValue &id, const QString &error, bool close);
     void drop(QTcpSocket *socket);
+    int count(bool admitted) const;
 
     ControllerSimulator *m_controller;
     QByteArray m_key;

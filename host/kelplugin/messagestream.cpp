@@ -5,7 +5,8 @@
 
 namespace kelplugin {
 
-MessageStream::MessageStream(QIODevice *device) : m_device(device)
+MessageStream::MessageStream(QIODevice *device, int maxBytes)
+    : m_device(device), m_maxBytes(maxBytes)
 { }
 
 QByteArray MessageStream::encode(QJsonObject message)
@@ -22,26 +23,37 @@ bool MessageStream::send(QJsonObject message)
 
 MessageStream::Status MessageStream::next(QJsonObject *message)
 {
-    if (m_device->bytesAvailable() > 0)
-        m_buffer += m_device->readAll();
+    m_lastLineBytes = 0;
+    int end;
     // What was searched before holds no line end: a slow sender of a long line costs a search
     // of what it sends, not of everything it sent on every arrival.
-    const int end = m_buffer.indexOf('\n', m_searched);
-    if (end < 0) {
+    while ((end = m_buffer.indexOf('\n', m_searched)) < 0) {
         m_searched = m_buffer.size();
-        if (m_buffer.size() > maxMessageBytes) {
-            m_error = QStringLiteral("message longer than %1 bytes").arg(maxMessageBytes);
+        if (m_searched - m_taken > m_maxBytes) {
+            m_error = QStringLiteral("message longer than %1 bytes").arg(m_maxBytes);
             m_buffer.clear();
-            m_searched = 0;
+            m_taken = m_searched = 0;
             return Status::Oversized;
         }
-        return Status::Pending;
+        // Lines are handed out from an offset; what they took goes only when more is read.
+        m_buffer.remove(0, m_taken);
+        m_searched -= m_taken;
+        m_taken = 0;
+        const qint64 room = qint64(m_maxBytes) + 1 - m_buffer.size();
+        const QByteArray more = m_device->read(qMin(room, m_device->bytesAvailable()));
+        if (more.isEmpty())
+            return Status::Pending;
+        m_buffer += more;
     }
-    const QByteArray line = m_buffer.left(end);
-    m_buffer.remove(0, end + 1);
-    m_searched = 0;
-    if (line.size() > maxMessageBytes) {
-        m_error = QStringLiteral("message longer than %1 bytes").arg(maxMessageBytes);
+    const QByteArray line = m_buffer.mid(m_taken, end - m_taken);
+    m_lastLineBytes = line.size() + 1;
+    m_taken = m_searched = end + 1;
+    if (m_taken == m_buffer.size()) {
+        m_buffer.clear();
+        m_taken = m_searched = 0;
+    }
+    if (line.size() > m_maxBytes) {
+        m_error = QStringLiteral("message longer than %1 bytes").arg(m_maxBytes);
         return Status::Oversized;
     }
     QJsonParseError parse;

@@ -18,21 +18,28 @@ class KELPLUGIN_EXPORT MessageStream
 public:
     // The protocol version every message carries as "v".
     static constexpr int version = 1;
-    // Larger than any record or weld list; a longer line is a broken or hostile peer.
+    // Larger than any record or weld list; a longer line is a broken or hostile peer. A
+    // stream that expects less (requests, a first message) sets its own limit.
     static constexpr int maxMessageBytes = 16 * 1024 * 1024;
 
     enum class Status {
         Pending,    // no complete message yet
         Message,    // one taken
         Malformed,  // a line that is not a JSON object
-        Oversized,  // a line longer than maxMessageBytes
+        Oversized,  // a line longer than the limit
         BadVersion, // an object without this protocol's version
     };
 
-    explicit MessageStream(QIODevice *device);
+    explicit MessageStream(QIODevice *device, int maxBytes = maxMessageBytes);
 
-    // Reads what the device has and takes the next message, if there is a complete one.
+    // Takes the next message, if there is a complete one. Reads from the device only as far as
+    // the next line end, and never more than the limit beyond what is taken: bytes a peer sends
+    // faster than they are taken wait in the device, not here.
     Status next(QJsonObject *message);
+    // The longest line taken; from the next call on.
+    void setMaxMessageBytes(int maxBytes) { m_maxBytes = maxBytes; }
+    // The bytes of the line the last call took, its end included.
+    int lastLineBytes() const { return m_lastLineBytes; }
     // Writes one message, adding the version.
     bool send(QJsonObject message);
     // What next() found wrong, for the error reply and the log.
@@ -42,8 +49,11 @@ public:
 
 private:
     QIODevice *m_device;
+    int m_maxBytes;
     QByteArray m_buffer;
-    int m_searched = 0; // the start of m_buffer known to hold no line end
+    int m_taken = 0;    // the start of m_buffer already handed out as lines
+    int m_searched = 0; // m_buffer up to here is known to hold no line end
+    int m_lastLineBytes = 0;
     QString m_error;
 };
 
