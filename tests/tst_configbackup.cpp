@@ -4,7 +4,9 @@
 #include "core/recorddiff.h"
 #include "page/configbackup.h"
 #include "page/configrestore.h"
+#include "page/laserweldpage.h"
 #include "support/recordingshell.h"
+#include "support/scriptedcontroller.h"
 
 #include "kelplugin/controllerbackend.h"
 
@@ -218,24 +220,65 @@ private slots:
     {
         Cell cell;
         QJsonObject records = cell.records();
-        QJsonObject settings = records.value("weld_setting_config").toObject();
-        settings.insert("laser_power", 2500);
-        records.insert("weld_setting_config", settings);
-        QJsonObject io = records.value("weld_io_config").toObject();
-        io.insert("red_light_port", "DO20");
-        records.insert("weld_io_config", io);
-        // The io record goes first and is refused by the controller; the settings still go.
-        cell.injectReturnCode(ControllerSimulator::Refused);
-        const auto results
-            = ConfigRestore::restore(this, records, {"weld_io_config", "weld_setting_config"});
-        QCOMPARE(results.size(), 2);
-        QCOMPARE(results.at(0).record, QStringLiteral("weld_io_config"));
-        QVERIFY(!results.at(0).restored);
-        QVERIFY(results.at(0).message.contains("code 3"));
-        QVERIFY(results.at(1).restored);
-        QCOMPARE(cell.record("weld_setting_config").value("laser_power").toInt(), 2500);
+        const auto change = [&records](const char *record, const char *key, const QJsonValue &v) {
+            QJsonObject r = records.value(record).toObject();
+            r.insert(key, v);
+            records.insert(record, r);
+        };
+        change("weld_io_config", "red_light_port", "DO20");
+        change("weld_setting_config", "laser_power", 2500);
+        change("weld_param_config", "LsData2", QJsonObject {{"laser_power_weld", 777}});
+        // The controller refuses the second record's command, half-way through the restore.
+        int handled = 0;
+        connect(&cell, &ControllerSimulator::commandHandled, this, [&cell, &handled] {
+            if (++handled == 1)
+                cell.injectReturnCode(ControllerSimulator::Refused);
+        });
+        const auto results = ConfigRestore::restore(
+            this, records, {"weld_io_config", "weld_setting_config", "weld_param_config"});
+        QCOMPARE(results.size(), 3);
+        QCOMPARE(results.at(1).record, QStringLiteral("weld_setting_config"));
+        QVERIFY(results.at(0).restored);
+        QVERIFY(!results.at(1).restored);
+        QVERIFY(results.at(1).message.contains("code 3"));
+        QVERIFY(results.at(2).restored);
         QCOMPARE(cell.record("weld_io_config").value("red_light_port").toString(),
-            QStringLiteral("DO3"));
+            QStringLiteral("DO20"));
+        QVERIFY(cell.record("weld_setting_config").value("laser_power").toInt() != 2500);
+        QCOMPARE(
+            QJsonValue(cell.record("weld_param_config"))["LsData2"]["laser_power_weld"].toInt(),
+            777);
+    }
+
+    // A controller that does not answer for a record: no backup that would restore it empty,
+    // and no restore of it without its current state to check against.
+    void anUnansweredRecordIsNeitherBackedUpNorRestored()
+    {
+        QJsonObject records;
+        {
+            Cell cell;
+            records = cell.records();
+        }
+        ScriptedController controller;
+        for (const QString &key : ConfigBackup::recordKeys())
+            controller.serviceData.insert(key, records.value(key));
+        controller.serviceData.remove("weld_curve_config");
+        kelplugin::setControllerBackend(&controller);
+        RecordingShell shell;
+        QTemporaryDir dir;
+        LaserWeldPage page;
+        QVERIFY(!page.backupTo(dir.filePath("backup.json")));
+        QVERIFY(!QFile::exists(dir.filePath("backup.json")));
+        QVERIFY(shell.messageTexts().last().contains("weld_curve_config"));
+
+        const auto results
+            = ConfigRestore::restore(this, records, {"weld_setting_config", "weld_curve_config"});
+        kelplugin::setControllerBackend(nullptr);
+        QCOMPARE(results.size(), 2);
+        QVERIFY(results.at(0).restored);
+        QVERIFY(!results.at(1).restored);
+        QVERIFY(!results.at(1).message.isEmpty());
+        QCOMPARE(controller.sentCommands(), QStringList {"set_weld_setting_config"});
     }
 
     void restoreWhileWeldingIsRefused()

@@ -75,9 +75,29 @@ bool succeeded(const QJsonArray &reply, const QString &command, QString *message
 QJsonObject ConfigRestore::currentRecords()
 {
     QJsonObject records;
-    for (const QString &key : ConfigBackup::recordKeys())
-        records.insert(key, kelplugin::kelPluginInterface().getKelServiceData(key).toObject());
+    for (const QString &key : ConfigBackup::recordKeys()) {
+        const QJsonValue record = kelplugin::kelPluginInterface().getKelServiceData(key);
+        if (record.isObject())
+            records.insert(key, record);
+    }
     return records;
+}
+
+QString ConfigRestore::missing(const QJsonObject &currentRecords)
+{
+    for (const QString &key : ConfigBackup::recordKeys()) {
+        if (!currentRecords.contains(key))
+            return tr("the controller did not give the record %1").arg(key);
+    }
+    return {};
+}
+
+QString ConfigRestore::refusalNow(
+    const QString &recordKey, const QJsonObject &record, const QJsonObject &currentRecords)
+{
+    if (!currentRecords.contains(recordKey))
+        return tr("the controller did not give its own record to compare with");
+    return refusal(recordKey, record, currentRecords.value(recordKey).toObject());
 }
 
 bool ConfigRestore::isWeldingOn()
@@ -115,7 +135,7 @@ QVector<ConfigRestore::Result> ConfigRestore::restore(
         if (!selected.contains(key) || !records.contains(key))
             continue;
         const QJsonObject record = records.value(key).toObject();
-        Result result {key, false, refusal(key, record, current.value(key).toObject())};
+        Result result {key, false, refusalNow(key, record, current)};
         if (!result.message.isEmpty()) {
             results.append(result);
             continue;

@@ -20,13 +20,19 @@ public:
         QString message;
     };
 
-    // The controller's five records now; a record it does not answer is an empty object.
+    // The controller's five records now; a record it does not answer is left out.
     static QJsonObject currentRecords();
     static bool isWeldingOn();
 
     // Why this record of the file must not be sent: its shape, or the page's own check.
     static QString refusal(
         const QString &recordKey, const QJsonObject &record, const QJsonObject &current);
+    // The same against the controller's records now: also refused when the controller did not
+    // give its own, for then there is nothing to compare with or to check the file against.
+    static QString refusalNow(
+        const QString &recordKey, const QJsonObject &record, const QJsonObject &currentRecords);
+    // Empty when every record is there; otherwise what the operator is told.
+    static QString missing(const QJsonObject &currentRecords);
 
     // Sends the selected records in the pages' order. Refused while welding is switched on
     // (one result, record empty).

@@ -129,10 +129,18 @@ bool LaserWeldPage::backupTo(const QString &path)
 {
     const QJsonValue identity
         = kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("controller_identity"));
+    const QJsonObject records = ConfigRestore::currentRecords();
+    // A backup with a record left out would restore as if that record were empty.
+    const QString missing = ConfigRestore::missing(records);
+    if (!missing.isEmpty()) {
+        kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_ERROR,
+            tr("Backup failed: %1").arg(missing));
+        return false;
+    }
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(ConfigBackup::write(
-            ConfigRestore::currentRecords(), identity.toObject(), QDateTime::currentDateTimeUtc()));
+        file.write(
+            ConfigBackup::write(records, identity.toObject(), QDateTime::currentDateTimeUtc()));
         if (file.commit()) {
             kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_INFO,
                 tr("Configuration backed up to %1").arg(path));

@@ -76,7 +76,7 @@ void RestoreDialog::showBackup(const ConfigBackup::Contents &contents)
         const QJsonObject now = current.value(key).toObject();
         auto *item = new QTreeWidgetItem(tree, {key});
         item->setData(0, kRecordRole, key);
-        const QString refusal = ConfigRestore::refusal(key, record, now);
+        const QString refusal = ConfigRestore::refusalNow(key, record, current);
         const auto changes = kellaser::RecordDiff::diff(now, record);
         if (!refusal.isEmpty()) {
             item->setText(1, tr("Cannot be restored: %1").arg(refusal));

@@ -265,6 +265,14 @@
 <context>
     <name>ConfigRestore</name>
     <message>
+        <source>the controller did not give the record %1</source>
+        <translation>控制器没有提供记录 %1</translation>
+    </message>
+    <message>
+        <source>the controller did not give its own record to compare with</source>
+        <translation>控制器没有提供可供比较的当前记录</translation>
+    </message>
+    <message>
         <source>%1: the controller did not answer.</source>
         <translation>%1：控制器没有应答。</translation>
     </message>
