@@ -298,6 +298,10 @@ void TestNetworkController::badMessagesCloseOnlyTheirConnection_data()
     QTest::newRow("not an object") << QByteArray("[1,2]\n");
     QTest::newRow("unknown version") << QByteArray("{\"v\":2,\"id\":2,\"op\":\"ping\"}\n");
     QTest::newRow("no version") << QByteArray("{\"id\":2,\"op\":\"ping\"}\n");
+    QTest::newRow("a key twice") << QByteArray(
+        "{\"v\":1,\"id\":2,\"op\":\"ping\",\"a\":{\"b\":[1],\"b\":[2]}}\n");
+    QTest::newRow("a key twice, once escaped")
+        << QByteArray("{\"v\":1,\"id\":2,\"op\":\"ping\",\"\\u006fp\":\"ping\"}\n");
     QTest::newRow("64 MiB") << QByteArray(64 * 1024 * 1024, 'x');
     QTest::newRow("a valid request over 1 MiB")
         << MessageStream::encode({{"id", 2}, {"op", "ping"}, {"pad", QString(1024 * 1024, ' ')}});

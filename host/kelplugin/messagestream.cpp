@@ -1,9 +1,68 @@
 #include "messagestream.h"
 
 #include <QIODevice>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
+
+#include <vector>
 
 namespace kelplugin {
+
+namespace {
+
+// The first key that an object of the line repeats, or an empty string. Qt 5.15's parser loses
+// the memory of an object or array that a repeated key replaces, so a peer repeating keys
+// could grow the controller without bound: such lines are refused before they are parsed.
+// Only the nesting and the strings are followed; the parser judges the rest.
+QString repeatedKey(const QByteArray &line)
+{
+    struct Level
+    {
+        bool object;
+        bool expectKey;
+        QSet<QByteArray> keys;
+    };
+    std::vector<Level> levels;
+    const int size = line.size();
+    for (int i = 0; i < size; ++i) {
+        const char c = line.at(i);
+        if (c == '{' || c == '[') {
+            levels.push_back({c == '{', c == '{', {}});
+        } else if (c == '}' || c == ']') {
+            if (!levels.empty())
+                levels.pop_back();
+        } else if (c == ',') {
+            if (!levels.empty() && levels.back().object)
+                levels.back().expectKey = true;
+        } else if (c == '"') {
+            const int start = i + 1;
+            bool escaped = false;
+            for (++i; i < size && line.at(i) != '"'; ++i) {
+                if (line.at(i) == '\\') {
+                    escaped = true;
+                    ++i;
+                }
+            }
+            if (levels.empty() || !levels.back().object || !levels.back().expectKey)
+                continue;
+            levels.back().expectKey = false;
+            QByteArray key = line.mid(start, i - start);
+            if (escaped) // the same key may be written with and without escapes
+                key = QJsonDocument::fromJson('[' + line.mid(start - 1, i - start + 2) + ']')
+                          .array()
+                          .at(0)
+                          .toString()
+                          .toUtf8();
+            if (levels.back().keys.contains(key))
+                return QString::fromUtf8(key);
+            levels.back().keys.insert(key);
+        }
+    }
+    return {};
+}
+
+} // namespace
 
 MessageStream::MessageStream(QIODevice *device, int maxBytes)
     : m_device(device), m_maxBytes(maxBytes)
@@ -55,6 +114,12 @@ MessageStream::Status MessageStream::next(QJsonObject *message)
     if (line.size() > m_maxBytes) {
         m_error = QStringLiteral("message longer than %1 bytes").arg(m_maxBytes);
         return Status::Oversized;
+    }
+    const QString repeated = repeatedKey(line);
+    if (!repeated.isEmpty()) {
+        m_error
+            = QStringLiteral("the key \"%1\" appears twice in one object").arg(repeated.left(64));
+        return Status::Malformed;
     }
     QJsonParseError parse;
     const QJsonDocument doc = QJsonDocument::fromJson(line, &parse);
