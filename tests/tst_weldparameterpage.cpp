@@ -294,6 +294,22 @@ private slots:
         t.save();
         QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
     }
+
+    // A hand-edited set the form cannot hold: the preview says so while the form shows 0.
+    void storedValuesTheFormCannotHoldAreNamed()
+    {
+        ParamPageFixture t;
+        t.show();
+        t.open(0, 0);
+        QJsonObject set = t.page->weldDataSet();
+        set.remove("laser_power_weld");
+        set.insert("ramp_value_end", -5);
+        t.page->setWeldDataSet(set);
+        auto *hint = t.child<QLabel>("label_profileHint");
+        QVERIFY2(hint->text().startsWith("laser_power_weld"), qPrintable(hint->text()));
+        t.child<QSpinBox>("spinBox_laser_power_weld")->setValue(1000);
+        QVERIFY2(hint->text().startsWith("ramp_value_end"), qPrintable(hint->text()));
+    }
 };
 
 QTEST_MAIN(TestWeldParameterPage)

@@ -239,7 +239,12 @@ void WeldParameterPage::updateWeldProfile()
 {
     if (m_loadingSet)
         return;
-    const kellaser::WeldProfile profile = kellaser::WeldProfile::fromSet(weldDataSet());
+    const QJsonObject set = weldDataSet();
+    kellaser::WeldProfile profile = kellaser::WeldProfile::fromSet(set);
+    for (int i = m_storedProblems.size() - 1; i >= 0; --i) {
+        if (set.value(m_storedProblems.at(i).key).toDouble() == 0)
+            profile.problems.prepend(m_storedProblems.at(i));
+    }
     m_ui.weldProfileChart->setContent(EditorPreviews::weldProfile(profile));
     m_ui.label_profileHint->setText(profile.hint());
 }
@@ -284,6 +289,11 @@ void WeldParameterPage::updateDependentWidgets()
 void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
 {
     m_loadingSet = true;
+    m_storedProblems.clear();
+    for (const auto &problem : kellaser::WeldProfile::fromSet(set).problems) {
+        if (problem.issue == kellaser::WeldProfile::BadValue)
+            m_storedProblems.append(problem);
+    }
     for (const WeldDataField &field : kWeldDataFields) {
         const QJsonValue value = set.value(QLatin1String(field.key));
         const QLatin1String widget(field.widget ? field.widget : "");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "weldprofile.h"
+
 #include "ui_weldparameterpage.h"
 
 #include <QStringList>
@@ -83,4 +85,7 @@ private:
 
     Ui::WeldParameterPage m_ui;
     bool m_loadingSet = false;
+    // Values of the set as stored that the form cannot hold (missing, not a number, negative):
+    // named in the profile's hint while the form still shows 0 in their place.
+    QVector<kellaser::WeldProfile::Problem> m_storedProblems;
 };
