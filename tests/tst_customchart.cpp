@@ -211,6 +211,33 @@ private slots:
         // Nor to the right of where it meets the top.
         QVERIFY(!isDark(image, 250, 60));
     }
+
+    // The fit mark is drawn after the chart: every pixel it changes is its red, the frame,
+    // ticks, labels, dots and line elsewhere are as they were.
+    void aFitMarkLeavesTheDrawingAsItWas()
+    {
+        CustomChart chart;
+        chart.setAxis(QString(), 1, 0, 10, QString(), 1, 0, 10);
+        chart.setPoints({QPointF(2, 3), QPointF(8, 2)});
+        chart.setLine(0.5, 0.0);
+        const QImage plain = render(chart);
+        chart.setFitMark(1);
+        const QImage marked = render(chart);
+        int changed = 0;
+        for (int y = 0; y < plain.height(); ++y) {
+            for (int x = 0; x < plain.width(); ++x) {
+                if (plain.pixel(x, y) == marked.pixel(x, y))
+                    continue;
+                ++changed;
+                // Blended at its edges, so redder than before rather than pure red.
+                const QColor before = plain.pixelColor(x, y);
+                const QColor c = marked.pixelColor(x, y);
+                QVERIFY2(c.red() - c.green() > before.red() - before.green(),
+                    qPrintable(QStringLiteral("%1,%2 is not the mark's").arg(x).arg(y)));
+            }
+        }
+        QVERIFY(changed > 0);
+    }
 };
 
 QTEST_MAIN(TestCustomChart)
