@@ -80,6 +80,12 @@ bool MessageStream::send(QJsonObject message)
     return m_device->write(line) == line.size();
 }
 
+MessageStream::Status MessageStream::oversized()
+{
+    m_error = QStringLiteral("message longer than %1 bytes").arg(m_maxBytes);
+    return Status::Oversized;
+}
+
 MessageStream::Status MessageStream::next(QJsonObject *message)
 {
     m_lastLineBytes = 0;
@@ -89,10 +95,9 @@ MessageStream::Status MessageStream::next(QJsonObject *message)
     while ((end = m_buffer.indexOf('\n', m_searched)) < 0) {
         m_searched = m_buffer.size();
         if (m_searched - m_taken > m_maxBytes) {
-            m_error = QStringLiteral("message longer than %1 bytes").arg(m_maxBytes);
             m_buffer.clear();
             m_taken = m_searched = 0;
-            return Status::Oversized;
+            return oversized();
         }
         // Lines are handed out from an offset; what they took goes only when more is read.
         m_buffer.remove(0, m_taken);
@@ -111,10 +116,8 @@ MessageStream::Status MessageStream::next(QJsonObject *message)
         m_buffer.clear();
         m_taken = m_searched = 0;
     }
-    if (line.size() > m_maxBytes) {
-        m_error = QStringLiteral("message longer than %1 bytes").arg(m_maxBytes);
-        return Status::Oversized;
-    }
+    if (line.size() > m_maxBytes)
+        return oversized();
     const QString repeated = repeatedKey(line);
     if (!repeated.isEmpty()) {
         m_error

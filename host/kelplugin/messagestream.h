@@ -48,6 +48,8 @@ public:
     static QByteArray encode(QJsonObject message);
 
 private:
+    Status oversized();
+
     QIODevice *m_device;
     int m_maxBytes;
     QByteArray m_buffer;
