@@ -1,6 +1,7 @@
 #include "page/weldrecordsdialog.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
+#include "support/testenvironment.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -12,18 +13,6 @@ namespace {
 const QString kRecords = QStringLiteral("weld_records");
 const QByteArray kHeader
     = "weld_id,t_ms,power_W,frequency_Hz,duty_cycle_pct,wire_speed_mm_s,weld_speed_mm_s\n";
-
-QList<QStringList> tableTexts(const QTableWidget *table)
-{
-    QList<QStringList> rows;
-    for (int row = 0; row < table->rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < table->columnCount(); ++column)
-            cells.append(table->item(row, column)->text());
-        rows.append(cells);
-    }
-    return rows;
-}
 
 QJsonObject knownRecord()
 {
@@ -89,7 +78,8 @@ private slots:
         dialog.show();
 
         QCOMPARE(controller.readKeys, QStringList {kRecords});
-        QCOMPARE(tableTexts(dialog.findChild<QTableWidget *>(QStringLiteral("tableWidget_welds"))),
+        QCOMPARE(testenv::itemTexts(
+                     dialog.findChild<QTableWidget *>(QStringLiteral("tableWidget_welds"))),
             rows);
         QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("label_weldTotals"))->text(), totals);
         QCOMPARE(

@@ -60,7 +60,9 @@ const std::array<CurveKeys, CharacteristicsCurvePage::CurveCount> &curveKeys()
 
 constexpr int kRawColumn = 1;
 constexpr int kPhysicalColumn = 2;
-constexpr int kDeviationColumn = 3;
+// The fit table's columns: node number, deviation in the curve's unit, in % of the line.
+constexpr int kFitUnitColumn = 1;
+constexpr int kFitPercentColumn = 2;
 // Units of the physical values, in tab order; Latin in every language.
 const char *const kUnits[] = {"W", "mm/s", "Hz", "%"};
 const QColor kLargestDeviation(255, 205, 205);
@@ -132,13 +134,13 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
     m_ui.setupUi(this);
     m_curves = {{
         {m_ui.laserpower, m_ui.comboBox_node, m_ui.tableWidget_laserpower, m_ui.Chart_laserpower,
-            m_ui.label_fit_laserpower},
+            m_ui.tableWidget_fit_laserpower, m_ui.label_fit_laserpower},
         {m_ui.feedspeed, m_ui.comboBox_node_2, m_ui.tableWidget_feedspeed, m_ui.Chart_feedspeed,
-            m_ui.label_fit_feedspeed},
+            m_ui.tableWidget_fit_feedspeed, m_ui.label_fit_feedspeed},
         {m_ui.frequency, m_ui.comboBox_node_3, m_ui.tableWidget_frequency, m_ui.Chart_frequency,
-            m_ui.label_fit_frequency},
+            m_ui.tableWidget_fit_frequency, m_ui.label_fit_frequency},
         {m_ui.dutycycle, m_ui.comboBox_node_4, m_ui.tableWidget_dutycycle, m_ui.Chart_dutycycle,
-            m_ui.label_fit_dutycycle},
+            m_ui.tableWidget_fit_dutycycle, m_ui.label_fit_dutycycle},
     }};
 
     connect(m_ui.pushButton_compute, &QPushButton::clicked, this,
@@ -176,7 +178,7 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
         header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
         header->setSectionResizeMode(kRawColumn, QHeaderView::Stretch);
         header->setSectionResizeMode(kPhysicalColumn, QHeaderView::Stretch);
-        header->setSectionResizeMode(kDeviationColumn, QHeaderView::ResizeToContents);
+        setUpFitTable(curve);
         // The tables start with as many rows as their combo says, before any record arrives.
         refreshTable(curve, m_curves[i].nodeCount->currentIndex());
     }
@@ -299,40 +301,57 @@ void CharacteristicsCurvePage::showFitQuality(Curve curve)
         return;
     }
     const QString unit = QLatin1String(kUnits[curve]);
-    const auto describe = [&](int node) {
-        const double percent = quality.percents.at(node);
-        const QString inUnit
-            = QStringLiteral("%1 %2").arg(quality.deviations.at(node), 0, 'f', 1).arg(unit);
-        return std::isnan(percent)
-            ? inUnit
-            : QStringLiteral("%1 (%2 %)").arg(inUnit).arg(percent, 0, 'f', 1);
-    };
+    const auto number = [](double value) { return QString::number(value, 'f', 1); };
+    widgets.fitTable->setRowCount(quality.deviations.size());
     for (int row = 0; row < quality.deviations.size(); ++row) {
-        auto *item = new QTableWidgetItem(describe(row));
-        item->setFlags(Qt::ItemIsEnabled);
-        item->setTextAlignment(Qt::AlignCenter);
-        widgets.table->setItem(row, kDeviationColumn, item);
+        const double percent = quality.percents.at(row);
+        const QStringList texts {QString::number(row + 1), number(quality.deviations.at(row)),
+            std::isnan(percent) ? tr("line at 0") : number(percent)};
+        for (int column = 0; column < texts.size(); ++column) {
+            auto *item = new QTableWidgetItem(texts.at(column));
+            item->setFlags(Qt::ItemIsEnabled);
+            item->setTextAlignment(Qt::AlignCenter);
+            if (row == quality.largest)
+                item->setBackground(kLargestDeviation);
+            widgets.fitTable->setItem(row, column, item);
+        }
     }
-    for (int column : {0, kDeviationColumn}) {
-        if (QTableWidgetItem *item = widgets.table->item(quality.largest, column))
-            item->setBackground(kLargestDeviation);
-    }
+    // Nine rows show at the pendant's size; a tenth scrolls, and the largest stays in view.
+    widgets.fitTable->scrollToItem(widgets.fitTable->item(quality.largest, 0));
+    if (QTableWidgetItem *item = widgets.table->item(quality.largest, 0))
+        item->setBackground(kLargestDeviation);
     widgets.chart->setFitMark(quality.largest);
     const QString rSquared = std::isnan(quality.rSquared)
         ? tr("R² cannot be computed: all values are equal")
         : tr("R² = %1").arg(quality.rSquared, 0, 'f', 4);
+    const double percent = quality.percents.at(quality.largest);
+    QString largest
+        = QStringLiteral("%1 %2").arg(number(quality.deviations.at(quality.largest)), unit);
+    if (!std::isnan(percent))
+        largest = QStringLiteral("%1 (%2 %)").arg(largest, number(percent));
     widgets.fit->setText(tr("%1 · largest deviation: node %2, %3")
                              .arg(rSquared)
                              .arg(quality.largest + 1)
-                             .arg(describe(quality.largest)));
+                             .arg(largest));
+}
+
+void CharacteristicsCurvePage::setUpFitTable(Curve curve)
+{
+    QTableWidget *table = m_curves[curve].fitTable;
+    const QString header = tr("Deviation (%1)");
+    table->setHorizontalHeaderLabels(
+        {tr("Node"), header.arg(QLatin1String(kUnits[curve])), header.arg(QLatin1String("%"))});
+    table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    for (int column : {kFitUnitColumn, kFitPercentColumn})
+        table->horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
 }
 
 void CharacteristicsCurvePage::clearFitQuality(Curve curve)
 {
     const CurveWidgets &widgets = m_curves[curve];
     widgets.fit->clear();
+    widgets.fitTable->setRowCount(0);
     for (int row = 0; row < widgets.table->rowCount(); ++row) {
-        delete widgets.table->takeItem(row, kDeviationColumn);
         if (QTableWidgetItem *number = widgets.table->item(row, 0))
             number->setBackground(QBrush());
     }

@@ -86,6 +86,8 @@ private:
         QComboBox *nodeCount;
         QTableWidget *table;
         CustomChart *chart;
+        // Under the chart, so the node table keeps its three columns.
+        QTableWidget *fitTable;
         QLabel *fit;
     };
 
@@ -99,10 +101,11 @@ private:
     void fillTable(Curve curve, int nodeCount, const QJsonValue &rows);
     // Gives the table rows numbered 1.. with their editors, keeping the rows it has.
     void resizeTable(Curve curve, int rows);
-    // Each node's distance from the chart's line, the largest one marked in the table and on
-    // the chart, R² under the chart; cleared as soon as a node changes.
+    // Each node's distance from the chart's line in the table under the chart, the largest one
+    // marked there, in the node table and on the chart, R² below; cleared once a node changes.
     void showFitQuality(Curve curve);
     void clearFitQuality(Curve curve);
+    void setUpFitTable(Curve curve);
     static void setNode(QTableWidget *table, int row, double raw, int physical);
     bool isLocked() const;
 

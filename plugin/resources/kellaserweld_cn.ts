@@ -187,8 +187,12 @@
         <translation>未配置</translation>
     </message>
     <message>
-        <source>Deviation</source>
-        <translation>偏差</translation>
+        <source>Deviation (%1)</source>
+        <translation>偏差（%1）</translation>
+    </message>
+    <message>
+        <source>line at 0</source>
+        <translation>直线为 0</translation>
     </message>
     <message>
         <source>No fitted line: the nodes&apos; deviations cannot be shown.</source>

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QStringList>
+#include <QTableWidget>
 
 static void initKellaserweldResourcesForTests()
 {
@@ -49,6 +50,20 @@ QImage indicatorImage(const QWidget *indicator)
 {
     auto *label = indicator ? indicator->findChild<QLabel *>(QStringLiteral("label")) : nullptr;
     return label ? label->pixmap(Qt::ReturnByValue).toImage() : QImage();
+}
+
+QList<QStringList> itemTexts(const QTableWidget *table)
+{
+    QList<QStringList> rows;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < table->columnCount(); ++column) {
+            const QTableWidgetItem *item = table->item(row, column);
+            cells.append(item ? item->text() : QStringLiteral("?"));
+        }
+        rows.append(cells);
+    }
+    return rows;
 }
 
 QJsonObject patched(QJsonObject base, const QJsonObject &changes)

@@ -4,6 +4,7 @@
 #include <QString>
 
 class QImage;
+class QTableWidget;
 class QWidget;
 
 namespace testenv {
@@ -21,6 +22,9 @@ QStringList logLines();
 
 // The picture of the status indicator's label "label" (null without one).
 QImage indicatorImage(const QWidget *indicator);
+
+// The texts of a table's items, row by row; "?" where a cell has no item.
+QList<QStringList> itemTexts(const QTableWidget *table);
 
 // base with the changes applied; a null change removes the key.
 QJsonObject patched(QJsonObject base, const QJsonObject &changes);
