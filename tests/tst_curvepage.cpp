@@ -377,35 +377,49 @@ private slots:
     {
         PageUnderTest t;
         t.show();
-        t.controller.repliesByCommand.insert("compute_curve_config",
-            json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 15, "intercept": 0}}}])")
-                .toArray());
         QTableWidget *table = t.table("tableWidget_laserpower");
         const auto *chart = t.child<CustomChart>("Chart_laserpower");
         const auto *fit = t.child<QLabel>("label_fit_laserpower");
-        const auto *deviations = t.table("tableWidget_fit_laserpower");
-        // Node 3 typed 10 % above the line through 0 W and 3000 W at 200.
-        setNode(table, 2, 200, 3300);
+        const auto *figures = t.table("tableWidget_fit_laserpower");
+        // 15 W per step, the last node typed 10 % high; the least-squares line through the four
+        // leans towards it (16.35 x - 90), so its own deviation is not the largest.
+        t.child<QComboBox>("comboBox_node")->setCurrentIndex(2);
+        for (int row = 0; row < 3; ++row)
+            setNode(table, row, 100 * row, 1500 * row);
+        setNode(table, 3, 300, 4950);
+        QCOMPARE(figures->rowCount(), 4);
+        QVERIFY(!figures->item(3, 1));
+        t.controller.repliesByCommand.insert("compute_curve_config",
+            json(
+                R"([{"kellaserweld": {"compute_curve_config": {"slope": 16.35, "intercept": -90}}}])")
+                .toArray());
 
         t.click("pushButton_compute");
 
-        // The node table keeps its three columns; the figures go to the table under the chart.
         QCOMPARE(table->columnCount(), 3);
-        QCOMPARE(testenv::itemTexts(deviations),
-            QList<QStringList>(
-                {{"1", "0.0", "line at 0"}, {"2", "-7.5", "-0.5"}, {"3", "300.0", "10.0"}}));
-        QCOMPARE(deviations->horizontalHeaderItem(1)->text(), QStringLiteral("Deviation (W)"));
-        QVERIFY(table->item(2, 0)->background() != table->item(1, 0)->background());
-        QVERIFY(deviations->item(2, 2)->background() != deviations->item(1, 2)->background());
-        QCOMPARE(chart->fitMark(), 2);
+        QCOMPARE(testenv::itemTexts(figures),
+            QList<QStringList>({{"1", "90.0", "100.0"}, {"2", "-45.0", "-2.9"},
+                {"3", "-180.0", "-5.7"}, {"4", "135.0", "2.8"}}));
+        QCOMPARE(figures->horizontalHeaderItem(1)->text(), QStringLiteral("Deviation (W)"));
+        QVERIFY(table->item(3, 0)->background() != table->item(2, 0)->background());
+        QVERIFY(figures->item(3, 2)->background() != figures->item(2, 2)->background());
+        QCOMPARE(chart->fitMark(), 3);
         QCOMPARE(fit->text(),
-            QStringLiteral("R² = 0.9835 · largest deviation: node 3, 300.0 W (10.0 %)"));
+            QStringLiteral("R² = 0.9955 · stands out most: node 4, 450.0 W (10.0 %) off the line "
+                           "through the others"));
 
         // A changed node makes the figures stale: they go until the next compute.
-        setNode(table, 2, 200, 3000);
-        QCOMPARE(deviations->rowCount(), 0);
+        setNode(table, 3, 300, 4500);
+        QCOMPARE(testenv::itemTexts(figures).at(3), QStringList({"4", "?", "?"}));
         QCOMPARE(chart->fitMark(), -1);
         QVERIFY(fit->text().isEmpty());
+
+        t.controller.repliesByCommand.insert("compute_curve_config",
+            json(R"([{"kellaserweld": {"compute_curve_config": {"slope": 15, "intercept": 0}}}])")
+                .toArray());
+        t.click("pushButton_compute");
+        QCOMPARE(chart->fitMark(), -1);
+        QCOMPARE(fit->text(), QStringLiteral("R² = 1.0000 · every node lies on the line"));
 
         t.controller.repliesByCommand.insert("compute_curve_config", QJsonArray());
         t.click("pushButton_compute");

@@ -190,19 +190,46 @@ private slots:
         QTest::addColumn<QVector<double>>("deviations");
         QTest::addColumn<QVector<double>>("percents");
         QTest::addColumn<int>("largest");
+        QTest::addColumn<QPointF>("offOthers"); // in the unit and in %; NaN: not judged so
         QTest::addColumn<double>("rSquared");
 
         // Mean 15.5: total squares 240.25 + 30.25 + 42.25 + 210.25 = 523, residual squares 4.
         QTest::newRow("one node 10 % off the line")
             << QVector<QPointF> {{0, 0}, {1, 10}, {2, 22}, {3, 30}} << 10.0 << 0.0
             << QVector<double> {0, 0, 2, 0} << QVector<double> {kNaN, 0, 10, 0} << 2
-            << 1.0 - 4.0 / 523.0;
+            << QPointF(2, 10) << 1.0 - 4.0 / 523.0;
+        // The least-squares line through 15 W per step with the last node typed 10 % high is
+        // 16.35 x - 90: node 3 lies further from it than node 4. Weighed by leverage (0.7, 0.3,
+        // 0.3, 0.7) node 4 leads, 246.5 to 215.1; the line through the others misses it by
+        // 450 W. Mean 2362.5: total squares 13426875, residual squares 60750.
+        QTest::newRow("an end node 10 % off: the line leans to it")
+            << QVector<QPointF> {{0, 0}, {100, 1500}, {200, 3000}, {300, 4950}} << 16.35 << -90.0
+            << QVector<double> {90, -45, -180, 135}
+            << QVector<double> {100, -4500.0 / 1545, -18000.0 / 3180, 13500.0 / 4815} << 3
+            << QPointF(450, 10) << 1.0 - 60750.0 / 13426875.0;
+        // Interior node off, end node leaning: weighed 0.37, 0.48, 1.67, 1.46 - the interior
+        // one leads although the line through the others misses the end node by more.
+        QTest::newRow("an inner node off, the line fitted")
+            << QVector<QPointF> {{0, 0}, {1, 10}, {2, 22}, {3, 30}} << 10.2 << 0.2
+            << QVector<double> {-0.2, -0.4, 1.4, -0.8}
+            << QVector<double> {-100, -0.4 / 10.4 * 100, 1.4 / 20.6 * 100, -0.8 / 30.8 * 100} << 2
+            << QPointF(2, 10) << 1.0 - 2.8 / 523.0;
+        QTest::newRow("three nodes: the largest deviation, not judged")
+            << QVector<QPointF> {{0, 1}, {1, 3}, {2, 6}} << 2.5 << 0.8
+            << QVector<double> {0.2, -0.3, 0.2}
+            << QVector<double> {25, -0.3 / 3.3 * 100, 0.2 / 5.8 * 100} << 1 << QPointF(kNaN, kNaN)
+            << 1.0 - 0.17 / (38.0 / 3.0);
         QTest::newRow("equal deviations: the first is the largest")
             << QVector<QPointF> {{0, 1}, {1, 3}} << 2.0 << 0.0 << QVector<double> {1, 1}
-            << QVector<double> {kNaN, 50} << 0 << 1.0 - 2.0 / 2.0;
+            << QVector<double> {kNaN, 50} << 0 << QPointF(kNaN, kNaN) << 1.0 - 2.0 / 2.0;
+        // 0.02 reads 0.0: nothing to mark. Mean 4.005, total squares 20.0403.
+        QTest::newRow("every node on the line as shown: none stands out")
+            << QVector<QPointF> {{0, 1}, {1, 3}, {2, 5.02}, {3, 7}} << 2.0 << 1.0
+            << QVector<double> {0, 0, 0.02, 0} << QVector<double> {0, 0, 0.4, 0} << -1
+            << QPointF(kNaN, kNaN) << 1.0 - 0.0004 / 20.0403;
         QTest::newRow("all values equal: no R²")
             << QVector<QPointF> {{0, 5}, {1, 5}} << 1.0 << 0.0 << QVector<double> {5, 4}
-            << QVector<double> {kNaN, 400} << 0 << kNaN;
+            << QVector<double> {kNaN, 400} << 0 << QPointF(kNaN, kNaN) << kNaN;
     }
 
     void fitDeviations()
@@ -213,16 +240,25 @@ private slots:
         QFETCH(QVector<double>, deviations);
         QFETCH(QVector<double>, percents);
         QFETCH(int, largest);
+        QFETCH(QPointF, offOthers);
         QFETCH(double, rSquared);
 
         const FitQuality quality = FitQuality::of(nodes, slope, intercept);
         QVERIFY(quality.usable);
-        QCOMPARE(quality.deviations, deviations);
+        QCOMPARE(quality.deviations.size(), deviations.size());
         QCOMPARE(quality.percents.size(), percents.size());
-        for (int i = 0; i < percents.size(); ++i)
+        for (int i = 0; i < percents.size(); ++i) {
+            QVERIFY2(sameOrBothNaN(quality.deviations.at(i), deviations.at(i)),
+                qPrintable(QString::number(i)));
             QVERIFY2(sameOrBothNaN(quality.percents.at(i), percents.at(i)),
                 qPrintable(QString::number(i)));
+        }
         QCOMPARE(quality.largest, largest);
+        QCOMPARE(quality.againstOthers, !std::isnan(offOthers.x()));
+        if (quality.againstOthers) {
+            QVERIFY(sameOrBothNaN(quality.offOthers, offOthers.x()));
+            QVERIFY(sameOrBothNaN(quality.offOthersPercent, offOthers.y()));
+        }
         QVERIFY(sameOrBothNaN(quality.rSquared, rSquared));
     }
 };

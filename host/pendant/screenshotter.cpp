@@ -115,16 +115,17 @@ void Screenshotter::shootFitQuality()
     const auto send = [this, &plugin](const QString &command, const QJsonObject &value) {
         m_controller->commandCustomData(nullptr, plugin, {{command, value}});
     };
-    // The power curve is live only with its output switched on; its middle node is typed 10 %
-    // above the line through the other two.
+    // The power curve is live only with its output switched on; its last node is typed 10 %
+    // above the line through the other four, where the fitted line leans towards it most.
     QJsonObject liveIo = ioBefore;
     liveIo.insert(QStringLiteral("power_enabled"), true);
     send(QStringLiteral("set_weld_io_config"), liveIo);
     send(QStringLiteral("set_weld_curve_power_config"),
-        {{QStringLiteral("laser_power_node"), 3},
+        {{QStringLiteral("laser_power_node"), 5},
             {QStringLiteral("power_nodes_data"),
-                QJsonArray {
-                    QJsonArray {0.0, 0.0}, QJsonArray {5.0, 3300.0}, QJsonArray {10.0, 6000.0}}}});
+                QJsonArray {QJsonArray {0.0, 0.0}, QJsonArray {2.5, 1500.0},
+                    QJsonArray {5.0, 3000.0}, QJsonArray {7.5, 4500.0},
+                    QJsonArray {10.0, 6600.0}}}});
 
     QTabWidget *tabs = m_window->centreTabs();
     for (int i = 0; i < tabs->count(); ++i) {

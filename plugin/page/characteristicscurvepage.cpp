@@ -60,9 +60,8 @@ const std::array<CurveKeys, CharacteristicsCurvePage::CurveCount> &curveKeys()
 
 constexpr int kRawColumn = 1;
 constexpr int kPhysicalColumn = 2;
-// The fit table's columns: node number, deviation in the curve's unit, in % of the line.
+// The fit table's first figure column: deviation in the curve's unit, then in % of the line.
 constexpr int kFitUnitColumn = 1;
-constexpr int kFitPercentColumn = 2;
 // Units of the physical values, in tab order; Latin in every language.
 const char *const kUnits[] = {"W", "mm/s", "Hz", "%"};
 const QColor kLargestDeviation(255, 205, 205);
@@ -300,60 +299,77 @@ void CharacteristicsCurvePage::showFitQuality(Curve curve)
         widgets.fit->setText(tr("No fitted line: the nodes' deviations cannot be shown."));
         return;
     }
-    const QString unit = QLatin1String(kUnits[curve]);
     const auto number = [](double value) { return QString::number(value, 'f', 1); };
-    widgets.fitTable->setRowCount(quality.deviations.size());
     for (int row = 0; row < quality.deviations.size(); ++row) {
         const double percent = quality.percents.at(row);
-        const QStringList texts {QString::number(row + 1), number(quality.deviations.at(row)),
+        const QStringList texts {number(quality.deviations.at(row)),
             std::isnan(percent) ? tr("line at 0") : number(percent)};
         for (int column = 0; column < texts.size(); ++column) {
             auto *item = new QTableWidgetItem(texts.at(column));
             item->setFlags(Qt::ItemIsEnabled);
             item->setTextAlignment(Qt::AlignCenter);
-            if (row == quality.largest)
-                item->setBackground(kLargestDeviation);
-            widgets.fitTable->setItem(row, column, item);
+            widgets.fitTable->setItem(row, kFitUnitColumn + column, item);
         }
     }
-    // Nine rows show at the pendant's size; a tenth scrolls, and the largest stays in view.
+    const QString rSquared = std::isnan(quality.rSquared)
+        ? tr("R² cannot be computed: all values are equal")
+        : tr("R² = %1").arg(quality.rSquared, 0, 'f', 4);
+    if (quality.largest < 0) {
+        widgets.fit->setText(tr("%1 · every node lies on the line").arg(rSquared));
+        return;
+    }
+    for (int column = 0; column < widgets.fitTable->columnCount(); ++column) {
+        if (QTableWidgetItem *item = widgets.fitTable->item(quality.largest, column))
+            item->setBackground(kLargestDeviation);
+    }
+    // With many nodes the table scrolls; the marked row is brought into view.
     widgets.fitTable->scrollToItem(widgets.fitTable->item(quality.largest, 0));
     if (QTableWidgetItem *item = widgets.table->item(quality.largest, 0))
         item->setBackground(kLargestDeviation);
     widgets.chart->setFitMark(quality.largest);
-    const QString rSquared = std::isnan(quality.rSquared)
-        ? tr("R² cannot be computed: all values are equal")
-        : tr("R² = %1").arg(quality.rSquared, 0, 'f', 4);
-    const double percent = quality.percents.at(quality.largest);
-    QString largest
-        = QStringLiteral("%1 %2").arg(number(quality.deviations.at(quality.largest)), unit);
+
+    const int node = quality.largest;
+    const double value = quality.againstOthers ? quality.offOthers : quality.deviations.at(node);
+    const double percent
+        = quality.againstOthers ? quality.offOthersPercent : quality.percents.at(node);
+    QString figure = QStringLiteral("%1 %2").arg(number(value), QLatin1String(kUnits[curve]));
     if (!std::isnan(percent))
-        largest = QStringLiteral("%1 (%2 %)").arg(largest, number(percent));
-    widgets.fit->setText(tr("%1 · largest deviation: node %2, %3")
-                             .arg(rSquared)
-                             .arg(quality.largest + 1)
-                             .arg(largest));
+        figure = QStringLiteral("%1 (%2 %)").arg(figure, number(percent));
+    const QString text = quality.againstOthers
+        ? tr("%1 · stands out most: node %2, %3 off the line through the others")
+        : tr("%1 · largest deviation: node %2, %3");
+    widgets.fit->setText(text.arg(rSquared).arg(node + 1).arg(figure));
 }
 
 void CharacteristicsCurvePage::setUpFitTable(Curve curve)
 {
     QTableWidget *table = m_curves[curve].fitTable;
-    const QString header = tr("Deviation (%1)");
+    const QString unit = QLatin1String(kUnits[curve]);
+    const QString deviation = tr("Deviation (%1)");
     table->setHorizontalHeaderLabels(
-        {tr("Node"), header.arg(QLatin1String(kUnits[curve])), header.arg(QLatin1String("%"))});
+        {tr("Node"), deviation.arg(unit), deviation.arg(QLatin1String("%"))});
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-    for (int column : {kFitUnitColumn, kFitPercentColumn})
+    for (int column = kFitUnitColumn; column < table->columnCount(); ++column)
         table->horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
 }
 
 void CharacteristicsCurvePage::clearFitQuality(Curve curve)
 {
     const CurveWidgets &widgets = m_curves[curve];
+    // Loading a record changes every spin box; most of those calls find nothing to clear.
+    if (widgets.fit->text().isEmpty() && widgets.fitTable->rowCount() == widgets.table->rowCount())
+        return;
     widgets.fit->clear();
-    widgets.fitTable->setRowCount(0);
+    // One row per node at all times, so the chart above keeps its height when figures come.
+    widgets.fitTable->clearContents();
+    widgets.fitTable->setRowCount(widgets.table->rowCount());
     for (int row = 0; row < widgets.table->rowCount(); ++row) {
-        if (QTableWidgetItem *number = widgets.table->item(row, 0))
-            number->setBackground(QBrush());
+        auto *number = new QTableWidgetItem(QString::number(row + 1));
+        number->setFlags(Qt::ItemIsEnabled);
+        number->setTextAlignment(Qt::AlignCenter);
+        widgets.fitTable->setItem(row, 0, number);
+        if (QTableWidgetItem *node = widgets.table->item(row, 0))
+            node->setBackground(QBrush());
     }
     if (widgets.chart->fitMark() >= 0) {
         widgets.chart->setFitMark(-1);
@@ -443,6 +459,7 @@ void CharacteristicsCurvePage::resizeTable(Curve curve, int rows)
         }
         table->setRowHeight(row, kRowHeight);
     }
+    clearFitQuality(curve);
 }
 
 void CharacteristicsCurvePage::setNode(QTableWidget *table, int row, double raw, int physical)

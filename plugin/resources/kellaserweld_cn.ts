@@ -195,6 +195,14 @@
         <translation>直线为 0</translation>
     </message>
     <message>
+        <source>%1 · every node lies on the line</source>
+        <translation>%1 · 所有节点都在直线上</translation>
+    </message>
+    <message>
+        <source>%1 · stands out most: node %2, %3 off the line through the others</source>
+        <translation>%1 · 最突出：节点 %2，偏离其余节点的直线 %3</translation>
+    </message>
+    <message>
         <source>No fitted line: the nodes&apos; deviations cannot be shown.</source>
         <translation>没有拟合直线：无法显示各节点的偏差。</translation>
     </message>
