@@ -420,6 +420,7 @@ private slots:
         t.click("pushButton_compute");
         QCOMPARE(chart->fitMark(), -1);
         QCOMPARE(fit->text(), QStringLiteral("R² = 1.0000 · every node lies on the line"));
+        QCOMPARE(testenv::itemTexts(figures).at(0), QStringList({"1", "0.0", "line at 0"}));
 
         t.controller.repliesByCommand.insert("compute_curve_config", QJsonArray());
         t.click("pushButton_compute");
