@@ -44,6 +44,17 @@ bool samePoint(const QPointF &a, const QPointF &b)
     return (a - b).manhattanLength() < 1e-9;
 }
 
+// Dark pixels inside the frame of a 380 x 259 chart (frame at x 50/360, y 20/234), clear of
+// the 5 px ticks.
+int darkPixelsInsidePlot(const QImage &image)
+{
+    int dark = 0;
+    for (int y = 23; y <= 227; ++y)
+        for (int x = 58; x <= 357; ++x)
+            dark += isDark(image, x, y) ? 1 : 0;
+    return dark;
+}
+
 } // namespace
 
 class TestCustomChart : public QObject
@@ -110,6 +121,7 @@ private slots:
         QTest::addColumn<int>("yMax");
         QTest::addColumn<QPoint>("pixel");
         QTest::newRow("plot origin") << QPointF(0, 0) << 10 << 10 << QPoint(50, 234);
+        QTest::newRow("far corner") << QPointF(10, 10) << 10 << 10 << QPoint(360, 20);
         // 310 / 4 = 77.5 and 214 / 4 = 53.5 per unit.
         QTest::newRow("positive halves round up") << QPointF(1, 1) << 4 << 4 << QPoint(128, 180);
         QTest::newRow("negative halves round towards plus")
@@ -237,6 +249,81 @@ private slots:
             }
         }
         QVERIFY(changed > 0);
+    }
+    void flatLineShowsOnlyDots()
+    {
+        CustomChart chart;
+        chart.setAxis(QString(), 1, 0, 10, QString(), 1, 0, 10);
+        chart.setPoints({QPointF(5, 5)});
+        chart.setLine(0.0, 5.0);
+        QVERIFY(chart.hasLine());
+        const QImage image = render(chart);
+        QVERIFY(isDark(image, 205, 127));
+        for (int x = 60; x < 195; ++x)
+            QVERIFY(!isDark(image, x, 127));
+    }
+
+    void unusableRangeDrawsOnlyFrame_data()
+    {
+        QTest::addColumn<int>("xStep");
+        QTest::addColumn<int>("xMin");
+        QTest::addColumn<int>("xMax");
+        QTest::newRow("xMax equals xMin") << 1 << 5 << 5;
+        QTest::newRow("zero x step") << 0 << 0 << 10;
+    }
+
+    void unusableRangeDrawsOnlyFrame()
+    {
+        QFETCH(int, xStep);
+        QFETCH(int, xMin);
+        QFETCH(int, xMax);
+        CustomChart chart;
+        chart.setAxis(QString(), xStep, xMin, xMax, QString(), 1, 0, 10);
+        chart.setPoints({QPointF(5, 5), QPointF(xMin, 0)});
+        chart.setLine(1.0, 0.0);
+        chart.setFitMark(0);
+        const QImage image = render(chart);
+        QVERIFY(darkNear(image, 200, 234));
+        QVERIFY(darkNear(image, 50, 127));
+        QCOMPARE(darkPixelsInsidePlot(image), 0);
+    }
+
+    void hostileDataStillPaints_data()
+    {
+        QTest::addColumn<double>("slope");
+        QTest::addColumn<double>("intercept");
+        QTest::addColumn<QPointF>("point");
+        QTest::addColumn<int>("yMin");
+        QTest::addColumn<int>("yMax");
+        QTest::addColumn<bool>("dotInside");
+        QTest::newRow("NaN slope") << kNaN << 0.0 << QPointF(5, 5) << 0 << 10 << true;
+        QTest::newRow("infinite slope") << kInf << 0.0 << QPointF(5, 5) << 0 << 10 << true;
+        QTest::newRow("huge intercept") << 1.0 << 1e300 << QPointF(5, 5) << 0 << 10 << true;
+        QTest::newRow("NaN point") << 0.0 << 0.0 << QPointF(kNaN, 5) << 0 << 10 << false;
+        QTest::newRow("huge point") << 0.0 << 0.0 << QPointF(1e300, 1e300) << 0 << 10 << false;
+        // Four billion ticks would never finish; they are left out.
+        QTest::newRow("full int y axis")
+            << 0.0 << 0.0 << QPointF(5, 0) << std::numeric_limits<int>::min()
+            << std::numeric_limits<int>::max() << true;
+    }
+
+    void hostileDataStillPaints()
+    {
+        QFETCH(double, slope);
+        QFETCH(double, intercept);
+        QFETCH(QPointF, point);
+        QFETCH(int, yMin);
+        QFETCH(int, yMax);
+        QFETCH(bool, dotInside);
+        CustomChart chart;
+        chart.setAxis(QString(), 1, 0, 10, QString(), 1, yMin, yMax);
+        chart.setPoints({point});
+        chart.setLine(slope, intercept);
+        // The mark's ring and distance line meet the same data.
+        chart.setFitMark(0);
+        const QImage image = render(chart);
+        QVERIFY(darkNear(image, 200, 234));
+        QCOMPARE(darkPixelsInsidePlot(image) > 0, dotInside);
     }
 };
 

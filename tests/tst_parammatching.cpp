@@ -2,6 +2,7 @@
 #include "parampagefixture.h"
 #include "support/leveltexts.h"
 #include "support/testenvironment.h"
+#include "widget/previewchart.h"
 #include "widget/switchbutton.h"
 
 #include <QLabel>
@@ -88,6 +89,21 @@ QList<bool> switchStates(QTableWidget *table)
         WeldParameterPage::headerSwitch(table, 4)->isOn()};
 }
 
+// The preview's lanes by name, then its marks: a ring on a lane's node or a line at a speed.
+QStringList previewOf(const PreviewChart::Content &content)
+{
+    QStringList shown;
+    for (const PreviewChart::Lane &lane : content.lanes)
+        shown.append(lane.name);
+    for (const PreviewChart::Mark &mark : content.marks) {
+        shown.append(mark.lane < 0 ? QStringLiteral("line at %1").arg(mark.at.x())
+                                   : QStringLiteral("ring on %1 at %2")
+                                         .arg(content.lanes.value(mark.lane).name)
+                                         .arg(mark.at.x()));
+    }
+    return shown;
+}
+
 const Nodes kRising {
     {10, 100, 1000, 10}, {20, 200, 2000, 20}, {30, 300, 3000, 30}, {40, 400, 4000, 40}};
 
@@ -105,27 +121,38 @@ private slots:
         QTest::addColumn<Nodes>("nodes");
         QTest::addColumn<QList<bool>>("switches");
         QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<QStringList>("preview");
 
         const QList<bool> allOn {true, true, true};
-        QTest::newRow("speeds 100, 100 in nodes 2 and 3") << Nodes {{50, 100, 1000, 10},
-            {100, 200, 2000, 20}, {100, 300, 3000, 30},
-            {150, 400, 4000, 40}} << allOn << QStringList {failure("Speed", 3)};
+        QTest::newRow("speeds 100, 100 in nodes 2 and 3")
+            << Nodes {{50, 100, 1000, 10}, {100, 200, 2000, 20}, {100, 300, 3000, 30},
+                   {150, 400, 4000, 40}}
+            << allOn << QStringList {failure("Speed", 3)}
+            << QStringList {"Power", "Frequency", "Duty cycle", "line at 100"};
         QTest::newRow("falling power passes with its switch off")
             << Nodes {{10, 400, 1000, 10}, {20, 300, 2000, 20}, {30, 200, 3000, 30},
                    {40, 100, 4000, 40}}
-            << QList<bool> {false, true, true} << QStringList();
-        QTest::newRow("falling power fails first with its switch on") << Nodes {{40, 400, 4000, 40},
-            {30, 300, 3000, 30}, {20, 200, 2000, 20},
-            {10, 100, 1000, 10}} << allOn << QStringList {failure("Power", 2)};
-        QTest::newRow("frequency is checked before duty cycle and speed") << Nodes {
-            {10, 100, 4000, 40}, {20, 200, 3000, 30}, {10, 300, 3000, 30},
-            {40, 400, 4000, 40}} << allOn << QStringList {failure("Frequency", 2)};
-        QTest::newRow("duty cycle is checked before speed") << Nodes {{20, 100, 1000, 40},
-            {10, 200, 2000, 40}, {30, 300, 3000, 50},
-            {40, 400, 4000, 60}} << allOn << QStringList {failure("Duty Cycle", 2)};
+            << QList<bool> {false, true, true} << QStringList()
+            << QStringList {"Frequency", "Duty cycle"};
+        QTest::newRow("falling power fails first with its switch on")
+            << Nodes {{40, 400, 4000, 40}, {30, 300, 3000, 30}, {20, 200, 2000, 20},
+                   {10, 100, 1000, 10}}
+            << allOn << QStringList {failure("Power", 2)}
+            << QStringList {"Power", "Frequency", "Duty cycle", "ring on Power at 30"};
+        QTest::newRow("frequency is checked before duty cycle and speed")
+            << Nodes {{10, 100, 4000, 40}, {20, 200, 3000, 30}, {10, 300, 3000, 30},
+                   {40, 400, 4000, 40}}
+            << allOn << QStringList {failure("Frequency", 2)}
+            << QStringList {"Power", "Frequency", "Duty cycle", "ring on Frequency at 20"};
+        QTest::newRow("duty cycle is checked before speed")
+            << Nodes {{20, 100, 1000, 40}, {10, 200, 2000, 40}, {30, 300, 3000, 50},
+                   {40, 400, 4000, 60}}
+            << QList<bool> {false, false, true} << QStringList {failure("Duty Cycle", 2)}
+            << QStringList {"Duty cycle", "ring on Duty cycle at 10"};
         QTest::newRow("switched-off columns may do anything, speed must still rise")
             << Nodes {{10, 0, 0, 0}, {20, 0, 0, 0}, {30, 5, 5, 5}, {30, 0, 0, 0}}
-            << QList<bool> {false, false, false} << QStringList {failure("Speed", 4)};
+            << QList<bool> {false, false, false} << QStringList {failure("Speed", 4)}
+            << QStringList {"line at 30"};
     }
 
     void validation()
@@ -133,6 +160,7 @@ private slots:
         QFETCH(Nodes, nodes);
         QFETCH(QList<bool>, switches);
         QFETCH(QStringList, messages);
+        QFETCH(QStringList, preview);
         ParamPageFixture t;
         QTableWidget *table = editorTable(t);
         setTableNodes(table, nodes);
@@ -145,6 +173,8 @@ private slots:
         // The preview names, before any Save, the node the validation refuses.
         QCOMPARE(t.child<QLabel>("label_matchingHint")->text(),
             messages.isEmpty() ? QString() : messages.first().section(QLatin1Char('|'), 1));
+        // Only switched-on quantities are drawn, the refused node marked on its own lane.
+        QCOMPARE(previewOf(t.child<PreviewChart>("matchingChart")->content()), preview);
         // Validation never edits what the operator typed.
         QCOMPARE(tableNodes(table), nodes);
     }

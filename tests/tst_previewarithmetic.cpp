@@ -2,7 +2,9 @@
 #include "page/matchingcurve.h"
 #include "page/weldprofile.h"
 #include "support/testenvironment.h"
+#include "widget/previewchart.h"
 
+#include <QPainter>
 #include <QtTest>
 
 #include <cmath>
@@ -128,17 +130,21 @@ private slots:
         QTest::addColumn<Nodes>("nodes");
         QTest::addColumn<double>("speed");
         QTest::addColumn<double>("power");
+        // Drawn up to 40 mm/s: held flat from 0 to the first node and from the last node on.
+        QTest::addColumn<QPolygonF>("course");
 
         const Nodes rising {{5, 800, 0, 0}, {10, 1200, 0, 0}, {20, 1800, 0, 0}, {30, 2400, 0, 0}};
-        QTest::newRow("between two nodes") << rising << 15.0 << 1500.0;
-        QTest::newRow("below the first node: held") << rising << 2.0 << 800.0;
-        QTest::newRow("above the last node: held") << rising << 40.0 << 2400.0;
+        const QPolygonF risingCourse
+            = line({{0, 800}, {5, 800}, {10, 1200}, {20, 1800}, {30, 2400}, {40, 2400}});
+        QTest::newRow("between two nodes") << rising << 15.0 << 1500.0 << risingCourse;
+        QTest::newRow("below the first node: held") << rising << 2.0 << 800.0 << risingCourse;
+        QTest::newRow("above the last node: held") << rising << 40.0 << 2400.0 << risingCourse;
         QTest::newRow("nodes out of order are taken by speed")
             << Nodes {{20, 1800, 0, 0}, {5, 800, 0, 0}, {30, 2400, 0, 0}, {10, 1200, 0, 0}} << 25.0
-            << 2100.0;
-        QTest::newRow("negative and NaN values count 0")
-            << Nodes {{-5, kNaN, 0, 0}, {10, 1000, 0, 0}} << 5.0 << 500.0;
-        QTest::newRow("no nodes") << Nodes() << 5.0 << 0.0;
+            << 2100.0 << risingCourse;
+        QTest::newRow("negative and NaN values count 0") << Nodes {{-5, kNaN, 0, 0},
+            {10, 1000, 0, 0}} << 5.0 << 500.0 << line({{0, 0}, {0, 0}, {10, 1000}, {40, 1000}});
+        QTest::newRow("no nodes") << Nodes() << 5.0 << 0.0 << QPolygonF();
     }
 
     void matchingValueAt()
@@ -146,8 +152,11 @@ private slots:
         QFETCH(Nodes, nodes);
         QFETCH(double, speed);
         QFETCH(double, power);
+        QFETCH(QPolygonF, course);
 
-        QCOMPARE(MatchingCurve(nodes).valueAt(MatchingCurve::Power, speed), power);
+        const MatchingCurve curve(nodes);
+        QCOMPARE(curve.valueAt(MatchingCurve::Power, speed), power);
+        QCOMPARE(curve.course(MatchingCurve::Power, 40), course);
     }
 
     void matchingRefusal_data()
@@ -260,6 +269,52 @@ private slots:
             QVERIFY(sameOrBothNaN(quality.offOthersPercent, offOthers.y()));
         }
         QVERIFY(sameOrBothNaN(quality.rSquared, rSquared));
+    }
+
+    void chartPlacesDotsAcrossThePlot_data()
+    {
+        QTest::addColumn<double>("largest");
+        QTest::addColumn<double>("x");
+        QTest::addColumn<int>("column");
+
+        // A 400 px chart plots from x 8 to 392 (384 px).
+        QTest::newRow("zero at the left edge") << 10.0 << 0.0 << 8;
+        QTest::newRow("largest at the right edge") << 10.0 << 10.0 << 392;
+        // The axis runs on to 8, a whole number of steps of 2.
+        QTest::newRow("axis widened past the largest") << 7.0 << 7.0 << 344;
+    }
+
+    void chartPlacesDotsAcrossThePlot()
+    {
+        QFETCH(double, largest);
+        QFETCH(double, x);
+        QFETCH(int, column);
+
+        const QColor colour(0, 0, 255);
+        PreviewChart chart;
+        chart.resize(400, 300);
+        PreviewChart::Content content;
+        content.xLargest = largest;
+        // No course: the dot is all there is of the lane's colour.
+        content.lanes.append({"lane", "W", colour, QPolygonF(), line({{x, 1}})});
+        chart.setContent(content);
+        QImage image(chart.size(), QImage::Format_RGB32);
+        QPainter painter(&image);
+        chart.paint(painter);
+        painter.end();
+
+        int left = image.width();
+        int right = -1;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int px = 0; px < image.width(); ++px) {
+                if (image.pixelColor(px, y) == colour) {
+                    left = std::min(left, px);
+                    right = std::max(right, px);
+                }
+            }
+        }
+        QVERIFY2(std::abs((left + right) / 2 - column) <= 1,
+            qPrintable(QStringLiteral("dot from %1 to %2").arg(left).arg(right)));
     }
 };
 
