@@ -55,7 +55,7 @@ public:
     QString hint() const;
 
     QPolygonF power; // (ms, W)
-    QPolygonF wire;  // (ms, mm/s), negative while retracting; empty when the set uses no wire
+    QPolygonF wire;  // (ms, mm/s), negative while retracting; empty when no wire moves
     QVector<Span> phases;
     QVector<Problem> problems;
     double motionStart = 0.0;     // the robot starts moving
