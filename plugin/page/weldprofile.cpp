@@ -220,6 +220,12 @@ QString WeldProfile::issueText(const Problem &problem)
     case CompensationEmpty:
         return text(QT_TRANSLATE_NOOP(
             "WeldProfile", "The wire compensation is switched on with zero speed or time"));
+    case OutsideForm:
+        return text(QT_TRANSLATE_NOOP("WeldProfile",
+                        "%1 is %2 in the set: the form holds whole numbers %3..%4 only"))
+            .arg(problem.key, QString::number(problem.stored, 'g', 12))
+            .arg(problem.low)
+            .arg(problem.high);
     }
     return QString();
 }
