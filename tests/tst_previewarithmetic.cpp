@@ -2,6 +2,7 @@
 #include "page/matchingcurve.h"
 #include "page/weldprofile.h"
 #include "support/testenvironment.h"
+#include "widget/previewchart.h"
 
 #include <QtTest>
 
@@ -135,6 +136,39 @@ private slots:
         QCOMPARE(profile.wire, wire);
         QCOMPARE(issuesOf(profile), issues);
         QCOMPARE(profile.hint().isEmpty(), issues.isEmpty());
+    }
+
+    void namePlacement_data()
+    {
+        QTest::addColumn<QRectF>("wanted");
+        QTest::addColumn<QVector<QRectF>>("taken");
+        QTest::addColumn<bool>("up");
+        QTest::addColumn<QRectF>("placed"); // null: left out
+
+        // Bounds 0..100 both ways; names 20 wide, 10 high.
+        const QRectF foot(10, 90, 20, 10);
+        QTest::newRow("clear: where wanted") << foot << QVector<QRectF> {} << true << foot;
+        QTest::newRow("touching another is clear")
+            << foot << QVector<QRectF> {{30, 90, 20, 10}} << true << foot;
+        QTest::newRow("a moment's name moves up past two in its way")
+            << foot << QVector<QRectF> {{0, 85, 20, 15}, {15, 70, 20, 15}} << true
+            << QRectF(10, 60, 20, 10);
+        QTest::newRow("a lane's name moves right past the one in its way")
+            << foot << QVector<QRectF> {{0, 90, 25, 10}} << false << QRectF(25, 90, 20, 10);
+        QTest::newRow("no room to the right: left out")
+            << foot << QVector<QRectF> {{0, 90, 85, 10}} << false << QRectF();
+        QTest::newRow("past the right edge: left out")
+            << QRectF(95, 90, 20, 10) << QVector<QRectF> {} << true << QRectF();
+    }
+
+    void namePlacement()
+    {
+        QFETCH(QRectF, wanted);
+        QFETCH(QVector<QRectF>, taken);
+        QFETCH(bool, up);
+        QFETCH(QRectF, placed);
+
+        QCOMPARE(kellaser::preview::placeName(wanted, {0, 0, 100, 100}, taken, up), placed);
     }
 
     void matchingValueAt_data()
