@@ -136,7 +136,6 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
     // and compensates by their own switches: the wire lane is there whenever any wire moves.
     const bool wireStart = read.flag("wire_feed_enable_start");
     QVector<Span> wirePhases;
-    QVector<Problem> wireProblems;
     Course wire(profile.wire);
     const double runSpeed = read.value("feeding_speed_run");
     wire.jump(0, 0);
@@ -144,7 +143,7 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
         const double speed = read.value("feeding_speed_start");
         const double time = read.time("wire_feed_time_start");
         if (speed == 0 || time == 0)
-            wireProblems.append({WireStartEmpty, WireLane, {0, speed}, {}});
+            profile.problems.append({WireStartEmpty, WireLane, {0, speed}, {}});
         wire.jump(0, speed);
         // LaserOff stops whatever wire still runs.
         wire.jump(std::min(time, off), runSpeed);
@@ -157,7 +156,7 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
     wire.jump(t, 0);
     const auto step = [&](Phase phase, Issue empty, double speed, double time) {
         if (speed == 0 || time == 0)
-            wireProblems.append({empty, WireLane, {t, speed}, {}});
+            profile.problems.append({empty, WireLane, {t, speed}, {}});
         wire.jump(t, speed);
         wirePhases.append({phase, t, t + time});
         t += time;
@@ -176,8 +175,7 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
         const double speed = read.value("fill_wire_speed_end");
         step(Compensation, CompensationEmpty, speed, read.time("fill_wire_time_end"));
     }
-    // A switched-on step that moves nothing is still worth naming, as the operator chose it.
-    profile.problems += wireProblems;
+    // A switched-on step that moves nothing stays named (above) even without a wire lane.
     const bool wireMoves = std::any_of(profile.wire.cbegin(), profile.wire.cend(),
         [](const QPointF &point) { return point.y() != 0; });
     if (wireMoves) {
