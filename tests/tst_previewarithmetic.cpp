@@ -26,12 +26,13 @@ QPolygonF line(std::initializer_list<QPointF> points)
 }
 
 // Laser values of a set whose end ramp ends before the laser goes off: LaserOff at 300 ms
-// (start phase 100 ms, then the shortest weld stretch of 200 ms), laser off at 360 ms.
+// (start phase 100 ms, then the shortest weld stretch of 200 ms), laser off at 360 ms. No wire
+// moves.
 QJsonObject laserSet()
 {
     return {{"laser_power_start", 500}, {"ramp_value_start", 100}, {"delay_time_start", 50},
         {"laser_power_weld", 1000}, {"laser_power_end", 200}, {"ramp_value_end", 40},
-        {"delay_time_end", 60}};
+        {"delay_time_end", 60}, {"feeding_speed_run", 0}};
 }
 
 QList<int> issuesOf(const WeldProfile &profile)
@@ -74,7 +75,7 @@ private slots:
         QTest::newRow("no ramps or delays: start and end powers never reached")
             << QJsonObject {{"laser_power_start", 1200}, {"ramp_value_start", 0},
                    {"delay_time_start", 0}, {"laser_power_weld", 1000}, {"laser_power_end", 1100},
-                   {"ramp_value_end", 0}, {"delay_time_end", 0}}
+                   {"ramp_value_end", 0}, {"delay_time_end", 0}, {"feeding_speed_run", 0}}
             << line({{0, 0}, {0, 1000}, {200, 1000}, {200, 0}}) << QPolygonF()
             << QList<int> {WeldProfile::StartAboveWeld, WeldProfile::EndAboveWeld};
         QTest::newRow("wire start, end feed, retract, compensation after its delay")
@@ -97,10 +98,23 @@ private slots:
                        {"wire_feed_time_start", 5000}, {"feeding_speed_run", 40}})
             << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
             << line({{0, 0}, {0, 10}, {300, 10}, {300, 0}, {360, 0}}) << QList<int>();
+        QTest::newRow("both feed switches off: the weld's wire still runs, then retracts")
+            << testenv::patched(laserSet(),
+                   {{"feeding_speed_run", 40}, {"wire_retraction_end", true},
+                       {"wire_retract_end", 30}, {"wire_retract_time_end", 200}})
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0},
+                   {500, 0}})
+            << line({{0, 0}, {0, 40}, {300, 40}, {300, -30}, {500, -30}, {500, 0}}) << QList<int>();
+        QTest::newRow("a switched-on retract that moves nothing draws no wire")
+            << testenv::patched(laserSet(),
+                   {{"wire_retraction_end", true}, {"wire_retract_end", 0},
+                       {"wire_retract_time_end", 200}})
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
+            << QPolygonF() << QList<int> {WeldProfile::RetractEmpty};
         QTest::newRow("missing, mistyped, NaN and negative values draw as 0")
             << QJsonObject {{"laser_power_weld", "1000"}, {"ramp_value_end", -5},
                    {"delay_time_end", kNaN}, {"laser_power_start", 100}, {"ramp_value_start", 0},
-                   {"delay_time_start", 0}, {"laser_power_end", 0}}
+                   {"delay_time_start", 0}, {"laser_power_end", 0}, {"feeding_speed_run", 0}}
             << line({{0, 0}, {200, 0}}) << QPolygonF()
             << QList<int> {WeldProfile::BadValue, WeldProfile::BadValue, WeldProfile::BadValue,
                    WeldProfile::StartAboveWeld};
@@ -123,6 +137,39 @@ private slots:
         QCOMPARE(profile.wire, wire);
         QCOMPARE(issuesOf(profile), issues);
         QCOMPARE(profile.hint().isEmpty(), issues.isEmpty());
+    }
+
+    void namePlacement_data()
+    {
+        QTest::addColumn<QRectF>("wanted");
+        QTest::addColumn<QVector<QRectF>>("taken");
+        QTest::addColumn<bool>("up");
+        QTest::addColumn<QRectF>("placed"); // null: left out
+
+        // Bounds 0..100 both ways; names 20 wide, 10 high.
+        const QRectF foot(10, 90, 20, 10);
+        QTest::newRow("clear: where wanted") << foot << QVector<QRectF> {} << true << foot;
+        QTest::newRow("touching another is clear")
+            << foot << QVector<QRectF> {{30, 90, 20, 10}} << true << foot;
+        QTest::newRow("a moment's name moves up past two in its way")
+            << foot << QVector<QRectF> {{0, 85, 20, 15}, {15, 70, 20, 15}} << true
+            << QRectF(10, 60, 20, 10);
+        QTest::newRow("a lane's name moves right past the one in its way")
+            << foot << QVector<QRectF> {{0, 90, 25, 10}} << false << QRectF(25, 90, 20, 10);
+        QTest::newRow("no room to the right: left out")
+            << foot << QVector<QRectF> {{0, 90, 85, 10}} << false << QRectF();
+        QTest::newRow("past the right edge: left out")
+            << QRectF(95, 90, 20, 10) << QVector<QRectF> {} << true << QRectF();
+    }
+
+    void namePlacement()
+    {
+        QFETCH(QRectF, wanted);
+        QFETCH(QVector<QRectF>, taken);
+        QFETCH(bool, up);
+        QFETCH(QRectF, placed);
+
+        QCOMPARE(kellaser::preview::placeName(wanted, {0, 0, 100, 100}, taken, up), placed);
     }
 
     void matchingValueAt_data()

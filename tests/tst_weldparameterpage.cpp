@@ -295,20 +295,71 @@ private slots:
         QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
     }
 
-    // A hand-edited set the form cannot hold: the preview says so while the form shows 0.
+    // A hand-edited set the form cannot hold: the hint names each such value until the operator
+    // types into its field; Save stays allowed.
+    void storedValuesTheFormCannotHoldAreNamed_data()
+    {
+        QTest::addColumn<QJsonObject>("stored"); // over the defaults; null removes the key
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("shown");
+        QTest::addColumn<QString>("named"); // the hint's start; empty: no hint
+        QTest::addColumn<int>("typed");
+        QTest::addColumn<QString>("namedAfter");
+
+        const QString outside("%1 is %2 in the set: the form holds whole numbers %3");
+        QTest::newRow("missing, then negative")
+            << QJsonObject {{"laser_power_weld", QJsonValue::Null}, {"ramp_value_end", -5}}
+            << "laser_power_weld" << 0 << "laser_power_weld" << 1000 << "ramp_value_end";
+        QTest::newRow("power beyond int")
+            << QJsonObject {{"laser_power_start", 1e12}} << "laser_power_start" << 9999
+            << outside.arg("laser_power_start", "1e+12", "0..9999") << 800 << "";
+        QTest::newRow("ramp beyond int, cut at laser off as well")
+            << QJsonObject {{"ramp_value_end", 1e300}} << "ramp_value_end" << 9999
+            << outside.arg("ramp_value_end", "1e+300", "0..9999 only (and 1 more)") << 50 << "";
+        QTest::newRow("one digit too many")
+            << QJsonObject {{"laser_power_weld", 99999}} << "laser_power_weld" << 9999
+            << outside.arg("laser_power_weld", "99999", "0..9999") << 1500 << "";
+        QTest::newRow("fraction") << QJsonObject {{"wire_retract_time_end", 250.5}}
+                                  << "wire_retract_time_end" << 0
+                                  << outside.arg("wire_retract_time_end", "250.5", "0..9999") << 250
+                                  << "";
+        QTest::newRow("at the field's maximum") << QJsonObject {{"delay_time_start", 2000}}
+                                                << "delay_time_start" << 2000 << "" << 50 << "";
+    }
+
     void storedValuesTheFormCannotHoldAreNamed()
     {
+        QFETCH(QJsonObject, stored);
+        QFETCH(QString, key);
+        QFETCH(int, shown);
+        QFETCH(QString, named);
+        QFETCH(int, typed);
+        QFETCH(QString, namedAfter);
         ParamPageFixture t;
         t.show();
         t.open(0, 0);
-        QJsonObject set = t.page->weldDataSet();
-        set.remove("laser_power_weld");
-        set.insert("ramp_value_end", -5);
-        t.page->setWeldDataSet(set);
+        // The defaults cut their ramp down; a longer delay leaves them without issues.
+        QJsonObject set = testenv::patched(t.page->weldDataSet(), {{"delay_time_end", 100}});
+        for (auto it = stored.begin(); it != stored.end(); ++it) {
+            if (it.value().isNull())
+                set.remove(it.key());
+            else
+                set.insert(it.key(), it.value());
+        }
         auto *hint = t.child<QLabel>("label_profileHint");
-        QVERIFY2(hint->text().startsWith("laser_power_weld"), qPrintable(hint->text()));
-        t.child<QSpinBox>("spinBox_laser_power_weld")->setValue(1000);
-        QVERIFY2(hint->text().startsWith("ramp_value_end"), qPrintable(hint->text()));
+        auto *field = t.page->findChild<QSpinBox *>("spinBox_" + key);
+        const auto hintStartsWith = [hint](const QString &start) {
+            return start.isEmpty() ? hint->text().isEmpty() : hint->text().startsWith(start);
+        };
+
+        t.page->setWeldDataSet(set);
+
+        QCOMPARE(field->value(), shown);
+        QVERIFY2(hintStartsWith(named), qPrintable(hint->text()));
+        field->setValue(typed);
+        QVERIFY2(hintStartsWith(namedAfter), qPrintable(hint->text()));
+        t.save();
+        QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
     }
 };
 

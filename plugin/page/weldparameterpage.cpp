@@ -242,7 +242,8 @@ void WeldParameterPage::updateWeldProfile()
     const QJsonObject set = weldDataSet();
     kellaser::WeldProfile profile = kellaser::WeldProfile::fromSet(set);
     for (int i = m_storedProblems.size() - 1; i >= 0; --i) {
-        if (set.value(m_storedProblems.at(i).key).toDouble() == 0)
+        const QString &key = m_storedProblems.at(i).key;
+        if (set.value(key) == m_loadedForm.value(key))
             profile.problems.prepend(m_storedProblems.at(i));
     }
     m_ui.weldProfileChart->setContent(EditorPreviews::weldProfile(profile));
@@ -307,9 +308,26 @@ void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
         case Kind::Text:
             findChild<QLineEdit *>(widget)->setText(value.toString());
             break;
-        case Kind::Integer:
-            findChild<QSpinBox *>(widget)->setValue(value.toInt());
+        case Kind::Integer: {
+            auto *spin = findChild<QSpinBox *>(widget);
+            const double number = value.toDouble();
+            const bool whole = std::isfinite(number) && std::trunc(number) == number;
+            // Clamped as a double: a huge number converted to int is undefined.
+            const double shown = std::clamp(
+                whole ? number : 0.0, double(spin->minimum()), double(spin->maximum()));
+            spin->setValue(int(shown));
+            const bool named = std::any_of(m_storedProblems.cbegin(), m_storedProblems.cend(),
+                [&](const auto &problem) { return problem.key == QLatin1String(field.key); });
+            if (value.isDouble() && std::isfinite(number) && number != shown && !named) {
+                kellaser::WeldProfile::Problem problem {kellaser::WeldProfile::OutsideForm,
+                    kellaser::WeldProfile::NoLane, {}, QLatin1String(field.key)};
+                problem.stored = number;
+                problem.low = spin->minimum();
+                problem.high = spin->maximum();
+                m_storedProblems.append(problem);
+            }
             break;
+        }
         case Kind::Choice: {
             auto *combo = findChild<QComboBox *>(widget);
             const int index = value.toInt();
@@ -326,6 +344,7 @@ void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
         || m_ui.pushButton_wire_feed_enable_end->isOn();
     m_ui.comboBox_weld_mode->setCurrentIndex(wire ? kFillerWireMode : 0);
     updateDependentWidgets();
+    m_loadedForm = weldDataSet();
     m_loadingSet = false;
     updateWeldProfile();
 }

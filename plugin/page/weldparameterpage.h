@@ -4,6 +4,7 @@
 
 #include "ui_weldparameterpage.h"
 
+#include <QJsonObject>
 #include <QStringList>
 #include <QWidget>
 
@@ -85,7 +86,9 @@ private:
 
     Ui::WeldParameterPage m_ui;
     bool m_loadingSet = false;
-    // Values of the set as stored that the form cannot hold (missing, not a number, negative):
-    // named in the profile's hint while the form still shows 0 in their place.
+    // Values of the set as stored that the form cannot hold (missing, not a number, negative,
+    // a fraction or beyond the field's range): named in the profile's hint while their field
+    // still shows what loading put there (m_loadedForm).
     QVector<kellaser::WeldProfile::Problem> m_storedProblems;
+    QJsonObject m_loadedForm;
 };

@@ -132,52 +132,60 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
     profile.phases.append({End, off, profile.laserOff});
     profile.end = profile.laserOff;
 
+    // The controller feeds the weld's wire speed whatever the feed switches say, and retracts
+    // and compensates by their own switches: the wire lane is there whenever any wire moves.
     const bool wireStart = read.flag("wire_feed_enable_start");
-    const bool wireEnd = read.flag("wire_feed_enable_end");
-    if (wireStart || wireEnd) {
-        Course wire(profile.wire);
-        const double runSpeed = read.value("feeding_speed_run");
-        wire.jump(0, 0);
-        if (wireStart) {
-            const double speed = read.value("feeding_speed_start");
-            const double time = read.time("wire_feed_time_start");
-            if (speed == 0 || time == 0)
-                profile.problems.append({WireStartEmpty, WireLane, {0, speed}, {}});
-            wire.jump(0, speed);
-            // LaserOff stops whatever wire still runs.
-            wire.jump(std::min(time, off), runSpeed);
-        } else {
-            wire.jump(0, runSpeed);
-        }
-        // The end sequence starts at LaserOff: end feed, retract, compensation after its
-        // delay, one after the other.
-        double t = off;
+    QVector<Span> wirePhases;
+    Course wire(profile.wire);
+    const double runSpeed = read.value("feeding_speed_run");
+    wire.jump(0, 0);
+    if (wireStart) {
+        const double speed = read.value("feeding_speed_start");
+        const double time = read.time("wire_feed_time_start");
+        if (speed == 0 || time == 0)
+            profile.problems.append({WireStartEmpty, WireLane, {0, speed}, {}});
+        wire.jump(0, speed);
+        // LaserOff stops whatever wire still runs.
+        wire.jump(std::min(time, off), runSpeed);
+    } else {
+        wire.jump(0, runSpeed);
+    }
+    // The end sequence starts at LaserOff: end feed, retract, compensation after its delay,
+    // one after the other.
+    double t = off;
+    wire.jump(t, 0);
+    const auto step = [&](Phase phase, Issue empty, double speed, double time) {
+        if (speed == 0 || time == 0)
+            profile.problems.append({empty, WireLane, {t, speed}, {}});
+        wire.jump(t, speed);
+        wirePhases.append({phase, t, t + time});
+        t += time;
         wire.jump(t, 0);
-        const auto step = [&](Phase phase, Issue empty, double speed, double time) {
-            if (speed == 0 || time == 0)
-                profile.problems.append({empty, WireLane, {t, speed}, {}});
-            wire.jump(t, speed);
-            profile.phases.append({phase, t, t + time});
-            t += time;
-            wire.jump(t, 0);
-        };
-        if (wireEnd) {
-            const double speed = read.value("wire_speed_end");
-            step(EndFeed, WireEndEmpty, speed, read.time("wire_feed_time_end"));
-        }
-        if (read.flag("wire_retraction_end")) {
-            const double speed = read.value("wire_retract_end");
-            step(Retract, RetractEmpty, -speed, read.time("wire_retract_time_end"));
-        }
-        if (read.flag("wire_fill_com_end")) {
-            t += read.time("fill_delay_time_end");
-            const double speed = read.value("fill_wire_speed_end");
-            step(Compensation, CompensationEmpty, speed, read.time("fill_wire_time_end"));
-        }
+    };
+    if (read.flag("wire_feed_enable_end")) {
+        const double speed = read.value("wire_speed_end");
+        step(EndFeed, WireEndEmpty, speed, read.time("wire_feed_time_end"));
+    }
+    if (read.flag("wire_retraction_end")) {
+        const double speed = read.value("wire_retract_end");
+        step(Retract, RetractEmpty, -speed, read.time("wire_retract_time_end"));
+    }
+    if (read.flag("wire_fill_com_end")) {
+        t += read.time("fill_delay_time_end");
+        const double speed = read.value("fill_wire_speed_end");
+        step(Compensation, CompensationEmpty, speed, read.time("fill_wire_time_end"));
+    }
+    // A switched-on step that moves nothing stays named (above) even without a wire lane.
+    const bool wireMoves = std::any_of(profile.wire.cbegin(), profile.wire.cend(),
+        [](const QPointF &point) { return point.y() != 0; });
+    if (wireMoves) {
+        profile.phases += wirePhases;
         if (t > profile.end)
             profile.phases.append({WireEnd, profile.end, t});
         profile.end = std::max(profile.end, t);
         wire.jump(profile.end, 0);
+    } else {
+        profile.wire.clear();
     }
     power.jump(profile.end, 0);
     return profile;
@@ -210,6 +218,12 @@ QString WeldProfile::issueText(const Problem &problem)
     case CompensationEmpty:
         return text(QT_TRANSLATE_NOOP(
             "WeldProfile", "The wire compensation is switched on with zero speed or time"));
+    case OutsideForm:
+        return text(QT_TRANSLATE_NOOP("WeldProfile",
+                        "%1 is %2 in the set: the form holds whole numbers %3..%4 only"))
+            .arg(problem.key, QString::number(problem.stored, 'g', 12))
+            .arg(problem.low)
+            .arg(problem.high);
     }
     return QString();
 }

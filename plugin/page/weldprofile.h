@@ -25,6 +25,7 @@ public:
         WireEndEmpty,
         RetractEmpty,
         CompensationEmpty,
+        OutsideForm, // a stored value the editor's form cannot hold; the editor notes it
     };
     enum Lane { PowerLane = 0, WireLane = 1, NoLane = -1 };
 
@@ -39,7 +40,11 @@ public:
         Issue issue;
         Lane lane;
         QPointF at;  // (ms, value) on its lane
-        QString key; // the offending key of a BadValue
+        QString key; // the offending key of a BadValue or OutsideForm
+        // An OutsideForm's stored value and the whole numbers the form holds.
+        double stored = 0.0;
+        int low = 0;
+        int high = 0;
     };
 
     // Shortest stretch of welding drawn between the start and the end phase, ms.
@@ -55,7 +60,7 @@ public:
     QString hint() const;
 
     QPolygonF power; // (ms, W)
-    QPolygonF wire;  // (ms, mm/s), negative while retracting; empty when the set uses no wire
+    QPolygonF wire;  // (ms, mm/s), negative while retracting; empty when no wire moves
     QVector<Span> phases;
     QVector<Problem> problems;
     double motionStart = 0.0;     // the robot starts moving

@@ -1013,6 +1013,10 @@
         <translation>填丝补偿已开启，但速度或时间为零</translation>
     </message>
     <message>
+        <source>%1 is %2 in the set: the form holds whole numbers %3..%4 only</source>
+        <translation>%1 在数据集中为 %2：表单只能显示 %3..%4 的整数</translation>
+    </message>
+    <message>
         <source>%1 (and %2 more)</source>
         <translation>%1（另有 %2 项）</translation>
     </message>

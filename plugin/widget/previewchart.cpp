@@ -20,6 +20,23 @@ XAxis xAxis(double largest)
     return axis;
 }
 
+QRectF placeName(QRectF wanted, const QRectF &bounds, const QVector<QRectF> &taken, bool up)
+{
+    for (;;) {
+        if (!bounds.contains(wanted))
+            return {};
+        const auto inTheWay = std::find_if(taken.cbegin(), taken.cend(),
+            [&wanted](const QRectF &name) { return name.intersects(wanted); });
+        if (inTheWay == taken.cend())
+            return wanted;
+        // Each move leaves the name in the way behind for good, so this ends.
+        if (up)
+            wanted.moveBottom(inTheWay->top());
+        else
+            wanted.moveLeft(inTheWay->right());
+    }
+}
+
 } // namespace kellaser::preview
 
 using kellaser::trend::Range;
@@ -98,21 +115,19 @@ void PreviewChart::paint(QPainter &painter) const
     }
     const kellaser::preview::XAxis axis = kellaser::preview::xAxis(m_content.xLargest);
     const QFontMetrics metrics(painter.font());
+    const double unitWidth = metrics.horizontalAdvance(m_content.xUnit) + 1;
+    const QRectF unitRect(
+        plot.right() - unitWidth, plot.bottom() - kTickLabelHeight, unitWidth, kTickLabelHeight);
+    // Names inside the plot, so that none is drawn over another.
+    QVector<QRectF> names {unitRect};
 
     // Phases first, so that everything else is drawn over their shading.
     bool shaded = false;
     for (const Span &span : m_content.spans) {
-        if (span.lane >= 0)
+        if (span.lane >= 0 || span.from == span.to)
             continue;
-        if (span.from == span.to) {
-            const double x = toX(span.from, axis, plot);
-            painter.setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
-            painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
-            painter.drawText(QPointF(x + 3, plot.bottom() - metrics.descent() - 2), span.label);
-            continue;
-        }
-        const double left = toX(span.from, axis, plot);
-        const double right = toX(span.to, axis, plot);
+        const double left = std::max(toX(span.from, axis, plot), plot.left());
+        const double right = std::min(toX(span.to, axis, plot), plot.right());
         if (shaded)
             painter.fillRect(
                 QRectF(left, plot.top(), right - left, plot.height()), QColor(242, 242, 242));
@@ -123,6 +138,25 @@ void PreviewChart::paint(QPainter &painter) const
         painter.setPen(Qt::black);
         painter.drawText(label, Qt::AlignCenter,
             metrics.elidedText(span.label, Qt::ElideRight, int(label.width())));
+    }
+
+    // Moments over every shading, so that none hides one.
+    for (const Span &span : m_content.spans) {
+        if (span.lane >= 0 || span.from != span.to)
+            continue;
+        const double x = toX(span.from, axis, plot);
+        painter.setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
+        painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
+        QRectF wanted(x + 3, plot.bottom() - metrics.descent() - 2 - metrics.ascent(),
+            metrics.horizontalAdvance(span.label) + 1, metrics.height());
+        // At the right edge the name goes left of its line.
+        if (wanted.right() > plot.right())
+            wanted.moveRight(x - 3);
+        const QRectF room = kellaser::preview::placeName(wanted, plot, names, true);
+        if (!room.isNull()) {
+            names.append(room);
+            painter.drawText(QPointF(room.left(), room.top() + metrics.ascent()), span.label);
+        }
     }
 
     for (int i = 0; i * axis.step <= axis.max * (1.0 + 1e-9) && i <= 20; ++i) {
@@ -136,11 +170,8 @@ void PreviewChart::paint(QPainter &painter) const
                              plot.bottom() + 2, labelWidth + 1, kTickLabelHeight),
             label);
     }
-    const double unitWidth = metrics.horizontalAdvance(m_content.xUnit) + 1;
     painter.setPen(Qt::black);
-    painter.drawText(QRectF(plot.right() - unitWidth, plot.bottom() - kTickLabelHeight, unitWidth,
-                         kTickLabelHeight),
-        Qt::AlignRight | Qt::AlignVCenter, m_content.xUnit);
+    painter.drawText(unitRect, Qt::AlignRight | Qt::AlignVCenter, m_content.xUnit);
 
     const int laneCount = m_content.lanes.size();
     const double laneHeight = plot.height() / laneCount;
@@ -195,10 +226,15 @@ void PreviewChart::paint(QPainter &painter) const
         painter.drawLine(QPointF(left, lane.bottom() + 1), QPointF(right, lane.bottom() + 1));
         const QString text = span.label;
         const double textWidth = QFontMetricsF(small).horizontalAdvance(text) + 1;
-        painter.drawText(QRectF(std::clamp(label.center().x() - textWidth / 2, plot.left(),
-                                    plot.right() - textWidth),
-                             label.top(), textWidth, label.height()),
-            Qt::AlignCenter, text);
+        const QRectF room
+            = kellaser::preview::placeName(QRectF(std::clamp(label.center().x() - textWidth / 2,
+                                                      plot.left(), plot.right() - textWidth),
+                                               label.top(), textWidth, label.height()),
+                plot, names, false);
+        if (room.isNull())
+            continue;
+        names.append(room);
+        painter.drawText(room, Qt::AlignCenter, text);
     }
     painter.setFont(base);
 

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QPolygonF>
+#include <QRectF>
 #include <QString>
 #include <QVector>
 #include <QWidget>
@@ -17,6 +18,11 @@ struct XAxis
     double step = 1.0;
 };
 XAxis xAxis(double largest);
+
+// Where a name of wanted's size goes: at wanted when that is inside bounds and clear of every
+// name already taken, else moved past the name in its way, upwards (up) or to the right, as
+// long as it stays inside bounds. A null rect when there is no room for it.
+QRectF placeName(QRectF wanted, const QRectF &bounds, const QVector<QRectF> &taken, bool up);
 
 } // namespace kellaser::preview
 
@@ -37,7 +43,9 @@ public:
         QPolygonF dots;
     };
     // lane -1: a stretch over all lanes, named above the plot (from == to: a moment, named at
-    // the plot's foot); else a stretch named inside its lane.
+    // the plot's foot); else a stretch named inside its lane. Names stay inside the plot and
+    // clear of each other: a moment's name moves up and a lane's name right when another is in
+    // the way, and is left out when there is no room.
     struct Span
     {
         int lane;
