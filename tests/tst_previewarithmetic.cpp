@@ -98,19 +98,18 @@ private slots:
                        {"wire_feed_time_start", 5000}, {"feeding_speed_run", 40}})
             << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
             << line({{0, 0}, {0, 10}, {300, 10}, {300, 0}, {360, 0}}) << QList<int>();
-        QTest::newRow("both feed switches off: the weld's wire still runs, then retracts")
+        QTest::newRow("laser welding: no wire, whatever its other keys say")
             << testenv::patched(laserSet(),
                    {{"feeding_speed_run", 40}, {"wire_retraction_end", true},
                        {"wire_retract_end", 30}, {"wire_retract_time_end", 200}})
-            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0},
-                   {500, 0}})
-            << line({{0, 0}, {0, 40}, {300, 40}, {300, -30}, {500, -30}, {500, 0}}) << QList<int>();
-        QTest::newRow("a switched-on retract that moves nothing draws no wire")
-            << testenv::patched(laserSet(),
-                   {{"wire_retraction_end", true}, {"wire_retract_end", 0},
-                       {"wire_retract_time_end", 200}})
             << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
-            << QPolygonF() << QList<int> {WeldProfile::RetractEmpty};
+            << QPolygonF() << QList<int>();
+        QTest::newRow("filler wire that moves nothing draws no wire lane")
+            << testenv::patched(laserSet(),
+                   {{"wire_feed_enable_end", true}, {"wire_speed_end", 0},
+                       {"wire_feed_time_end", 100}})
+            << line({{0, 0}, {0, 500}, {100, 1000}, {300, 1000}, {340, 200}, {360, 200}, {360, 0}})
+            << QPolygonF() << QList<int> {WeldProfile::WireEndEmpty};
         QTest::newRow("missing, mistyped, NaN and negative values draw as 0")
             << QJsonObject {{"laser_power_weld", "1000"}, {"ramp_value_end", -5},
                    {"delay_time_end", kNaN}, {"laser_power_start", 100}, {"ramp_value_start", 0},

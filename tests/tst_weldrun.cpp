@@ -107,6 +107,11 @@ private slots:
         QTest::newRow("laser off cuts a longer end ramp") << slowEnd << 1100 << "power" << 0.0;
         QTest::newRow("negative ramp time is no ramp")
             << patched(base, {{"ramp_value_start", -100}}) << 300 << "power" << 1500.0;
+        QTest::newRow("laser welding moves no wire") << patched(base,
+            {{"wire_feed_enable_start", false}, {"wire_feed_enable_end", false},
+                {"feeding_speed_run", 40}, {"wire_retraction_end", true}, {"wire_retract_end", 20},
+                {"wire_retract_time_end", 200}}) << 400
+                                                     << "wire_speed" << 0.0;
         const QJsonObject wireEnd = patched(base,
             {{"wire_feed_enable_end", true}, {"wire_speed_end", 30}, {"wire_feed_time_end", 100},
                 {"wire_retraction_end", true}, {"wire_retract_end", 20},

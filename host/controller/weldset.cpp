@@ -58,7 +58,6 @@ bool WeldSet::read(
     s.dutyEnd = r.number("duty_cycle_end", 100.0);
     s.rampEnd = r.time("ramp_value_end");
     s.delayEnd = r.time("delay_time_end");
-    s.wireRun = r.number("feeding_speed_run", maxWire);
     // Keys of a switched-off step are not needed.
     if ((s.wireStart = r.flag("wire_feed_enable_start"))) {
         s.wireStartSpeed = r.number("feeding_speed_start", maxWire);
@@ -68,14 +67,19 @@ bool WeldSet::read(
         s.wireEndSpeed = r.number("wire_speed_end", maxWire);
         s.wireEndTime = r.time("wire_feed_time_end");
     }
-    if ((s.retract = r.flag("wire_retraction_end"))) {
-        s.retractSpeed = r.number("wire_retract_end", maxWire);
-        s.retractTime = r.time("wire_retract_time_end");
-    }
-    if ((s.fill = r.flag("wire_fill_com_end"))) {
-        s.fillDelay = r.time("fill_delay_time_end");
-        s.fillSpeed = r.number("fill_wire_speed_end", maxWire);
-        s.fillTime = r.time("fill_wire_time_end");
+    // Either feed switch is the filler wire mode (the editor derives its weld mode from them);
+    // in plain laser welding no wire moves at all: no run feed, retract or compensation.
+    if (s.wireStart || s.wireEnd) {
+        s.wireRun = r.number("feeding_speed_run", maxWire);
+        if ((s.retract = r.flag("wire_retraction_end"))) {
+            s.retractSpeed = r.number("wire_retract_end", maxWire);
+            s.retractTime = r.time("wire_retract_time_end");
+        }
+        if ((s.fill = r.flag("wire_fill_com_end"))) {
+            s.fillDelay = r.time("fill_delay_time_end");
+            s.fillSpeed = r.number("fill_wire_speed_end", maxWire);
+            s.fillTime = r.time("fill_wire_time_end");
+        }
     }
     if (!r.ok())
         return false;

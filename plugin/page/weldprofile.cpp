@@ -132,9 +132,14 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
     profile.phases.append({End, off, profile.laserOff});
     profile.end = profile.laserOff;
 
-    // The controller feeds the weld's wire speed whatever the feed switches say, and retracts
-    // and compensates by their own switches: the wire lane is there whenever any wire moves.
+    // Either feed switch is the filler wire mode; in plain laser welding the controller moves
+    // no wire at all, so there is no wire lane and nothing of the wire to judge.
     const bool wireStart = read.flag("wire_feed_enable_start");
+    const bool wireEnd = read.flag("wire_feed_enable_end");
+    if (!wireStart && !wireEnd) {
+        power.jump(profile.end, 0);
+        return profile;
+    }
     QVector<Span> wirePhases;
     Course wire(profile.wire);
     const double runSpeed = read.value("feeding_speed_run");
@@ -162,7 +167,7 @@ WeldProfile WeldProfile::fromSet(const QJsonObject &set)
         t += time;
         wire.jump(t, 0);
     };
-    if (read.flag("wire_feed_enable_end")) {
+    if (wireEnd) {
         const double speed = read.value("wire_speed_end");
         step(EndFeed, WireEndEmpty, speed, read.time("wire_feed_time_end"));
     }
