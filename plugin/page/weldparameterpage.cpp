@@ -310,15 +310,12 @@ void WeldParameterPage::setWeldDataSet(const QJsonObject &set)
             break;
         case Kind::Integer: {
             auto *spin = findChild<QSpinBox *>(widget);
+            // toInt gives 0 for a fraction or a number beyond int; the spin box clamps the rest.
+            spin->setValue(value.toInt());
             const double number = value.toDouble();
-            const bool whole = std::isfinite(number) && std::trunc(number) == number;
-            // Clamped as a double: a huge number converted to int is undefined.
-            const double shown = std::clamp(
-                whole ? number : 0.0, double(spin->minimum()), double(spin->maximum()));
-            spin->setValue(int(shown));
             const bool named = std::any_of(m_storedProblems.cbegin(), m_storedProblems.cend(),
                 [&](const auto &problem) { return problem.key == QLatin1String(field.key); });
-            if (value.isDouble() && std::isfinite(number) && number != shown && !named) {
+            if (value.isDouble() && std::isfinite(number) && number != spin->value() && !named) {
                 kellaser::WeldProfile::Problem problem {kellaser::WeldProfile::OutsideForm,
                     kellaser::WeldProfile::NoLane, {}, QLatin1String(field.key)};
                 problem.stored = number;
