@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPen>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kellaser::chart {
@@ -225,7 +226,9 @@ void CustomChart::paint(QPainter &painter) const
     painter.setPen(QPen(QColor(220, 0, 0), 2));
     painter.setBrush(Qt::NoBrush);
     const QPoint dot = mapToPlot(node, x, y, area);
-    painter.drawLine(dot, mapToPlot(QPointF(node.x(), onLine), x, y, area));
+    // A line leaving the plot above or below the node ends the mark at the frame.
+    const double shownLine = std::clamp(onLine, double(y.min), double(y.end));
+    painter.drawLine(dot, mapToPlot(QPointF(node.x(), shownLine), x, y, area));
     painter.drawEllipse(dot, 7, 7);
     painter.restore();
 }
