@@ -69,6 +69,15 @@ constexpr int kRowHeight = 35;
 // The combo offers 2..10 nodes; a record cannot make a table longer than that.
 constexpr int kMaxNodes = 10;
 
+// A read-only, centred cell of the fit figures' table.
+QTableWidgetItem *figureItem(const QString &text)
+{
+    auto *item = new QTableWidgetItem(text);
+    item->setFlags(Qt::ItemIsEnabled);
+    item->setTextAlignment(Qt::AlignCenter);
+    return item;
+}
+
 // The physical range is keyed on the table's name. "tableWidget_power" does not exist on the
 // form (the power table is "tableWidget_laserpower"), so power takes the general range.
 std::pair<int, int> physicalRange(const QString &tableName)
@@ -305,10 +314,7 @@ void CharacteristicsCurvePage::showFitQuality(Curve curve)
         const QStringList texts {number(quality.deviations.at(row)),
             std::isnan(percent) ? tr("line at 0") : number(percent)};
         for (int column = 0; column < texts.size(); ++column) {
-            auto *item = new QTableWidgetItem(texts.at(column));
-            item->setFlags(Qt::ItemIsEnabled);
-            item->setTextAlignment(Qt::AlignCenter);
-            widgets.fitTable->setItem(row, kFitUnitColumn + column, item);
+            widgets.fitTable->setItem(row, kFitUnitColumn + column, figureItem(texts.at(column)));
         }
     }
     const QString rSquared = std::isnan(quality.rSquared)
@@ -364,10 +370,7 @@ void CharacteristicsCurvePage::clearFitQuality(Curve curve)
     widgets.fitTable->clearContents();
     widgets.fitTable->setRowCount(widgets.table->rowCount());
     for (int row = 0; row < widgets.table->rowCount(); ++row) {
-        auto *number = new QTableWidgetItem(QString::number(row + 1));
-        number->setFlags(Qt::ItemIsEnabled);
-        number->setTextAlignment(Qt::AlignCenter);
-        widgets.fitTable->setItem(row, 0, number);
+        widgets.fitTable->setItem(row, 0, figureItem(QString::number(row + 1)));
         if (QTableWidgetItem *node = widgets.table->item(row, 0))
             node->setBackground(QBrush());
     }
