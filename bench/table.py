@@ -21,8 +21,9 @@ import sys
 # (case pattern, size pattern, reference pattern or None for an absolute limit, limit, text)
 # Absolute limits are in seconds, or bytes for memory figures.
 GOALS = [
-    (r"portsort", r".*", r"ref_collator", 1.0, "< 1x"),
-    (r"portsort", r".*", r"ref_tokenise", 0.01, "<= 0.01x"),
+    # The sort has a frame of its own even at 8,192 ports of one type; the references are there
+    # to show what the straightforward ways cost.
+    (r"portsort", r"64|1024|8192", None, 0.016, "<= 16 ms"),
     # The I/O page against its 22 drop-downs filled; pages whose bare fill is small next to Qt
     # showing their widgets against that shown fill.
     (r"iopage_show", r"1024", r"ref_combo_fill", 1.5, "<= 1.5x"),
