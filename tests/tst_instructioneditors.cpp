@@ -168,6 +168,31 @@ private slots:
             editor.instructionText(), QStringLiteral("LsMoveC(p1, p2, v100, fine, tool0, wobj0);"));
     }
 
+    void addingAPointNeedsLevelThreeAtTheClick_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<bool>("added");
+        QTest::newRow("level 2") << 2 << false;
+        QTest::newRow("level 3") << 3 << true;
+    }
+
+    void addingAPointNeedsLevelThreeAtTheClick()
+    {
+        QFETCH(int, level);
+        QFETCH(bool, added);
+        ScriptedController controller;
+        RecordingShell shell;
+        controller.points = QStringList {QStringLiteral("p1")};
+        kelplugin::WMoveLInsertWidget editor(QStringLiteral("LsMoveL"));
+        // The editor was opened at level 3; the level counts when the point is taught.
+        controller.userLevel = level;
+
+        editor.findChild<QPushButton *>(QStringLiteral("pushButton_add_point"))->click();
+        QCOMPARE(controller.points.contains(QStringLiteral("p2")), added);
+        QCOMPARE(shell.messageTexts(1),
+            added ? QStringList() : QStringList {QStringLiteral("Insufficient user permissions!")});
+    }
+
     void refusedCurrentPositionIsReported()
     {
         struct RefusingController : ScriptedController

@@ -1,3 +1,4 @@
+#include "controller/factoryrecords.h"
 #include "page/buttonmonitorpage.h"
 #include "page/characteristicscurvepage.h"
 #include "page/laserweldpage.h"
@@ -37,6 +38,9 @@ private slots:
     {
         m_controller = new ScriptedController;
         m_shell = new RecordingShell;
+        // Switching welding on sends the settings on screen: they must be the controller's.
+        m_controller->serviceData["weld_setting_config"]
+            = kelcontroller::FactoryRecords::settingConfig();
     }
 
     void cleanup()

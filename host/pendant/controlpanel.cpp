@@ -154,6 +154,8 @@ ControlPanel::ControlPanel(CellLink *cell, QWidget *parent)
     });
 
     connect(m_userLevel, qOverload<int>(&QSpinBox::valueChanged), cell, &CellLink::setUserLevel);
+    connect(m_userLevel, qOverload<int>(&QSpinBox::valueChanged), this,
+        &ControlPanel::userLevelChanged);
     connect(m_powered, &QCheckBox::toggled, cell, &CellLink::setRobotPowered);
     connect(m_connected, &QCheckBox::toggled, cell, &CellLink::setConnected);
     connect(failNext, &QPushButton::clicked, this,

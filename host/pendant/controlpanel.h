@@ -32,6 +32,10 @@ public:
     // The shown record's history as CSV; false, told to the operator, when it fails.
     bool exportHistoryCsv(const QString &path);
 
+signals:
+    // The operator logged in at another level; the cell already has it.
+    void userLevelChanged(int level);
+
 private:
     void addTraffic(const QString &command, const QJsonValue &payload, const QJsonArray &reply);
 

@@ -67,6 +67,7 @@ PendantWindow::PendantWindow(CellLink *cell, QWidget *parent)
     m_modalState->setObjectName(QStringLiteral("modalState"));
     statusBar()->addWidget(m_modalState);
 
+    connect(m_controls, &ControlPanel::userLevelChanged, this, &PendantWindow::reshowCentre);
     connect(cell, &CellLink::problem, this, &PendantWindow::reportProblem);
     connect(cell, &CellLink::notice, this, [this](const QString &text) {
         m_messages->addMessage(QStringLiteral("kelpendant"), 0, text);
@@ -78,6 +79,16 @@ PendantWindow::PendantWindow(CellLink *cell, QWidget *parent)
 PendantWindow::~PendantWindow()
 {
     kelplugin::setShellBackend(nullptr);
+}
+
+void PendantWindow::reshowCentre()
+{
+    // Pages enable themselves from the user level when they are shown, as after a new login.
+    QWidget *page = m_centre->currentWidget();
+    if (!page || !page->isVisible())
+        return;
+    page->hide();
+    page->show();
 }
 
 void PendantWindow::addPendantPage(QWidget *page, const QString &title)

@@ -55,6 +55,8 @@ public:
 
     // Operator-visible problems of the pendant itself (plug-in loading, the data file).
     void reportProblem(const QString &text);
+    // Shows the visible centre page again, so that it follows a new user level.
+    void reshowCentre();
 
 private:
     CellLink *m_cell;

@@ -2,6 +2,7 @@
 
 #include "curveaxes.h"
 #include "fitquality.h"
+#include "pagesave.h"
 #include "weldsettingpage.h"
 
 #include "core/commandchannel.h"
@@ -151,6 +152,12 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
             m_ui.tableWidget_fit_dutycycle, m_ui.label_fit_dutycycle},
     }};
 
+    m_state->setForm([this] {
+        QJsonArray form;
+        for (int i = 0; i < CurveCount; ++i)
+            form.append(curveObject(Curve(i)));
+        return form;
+    });
     connect(m_ui.pushButton_compute, &QPushButton::clicked, this,
         &CharacteristicsCurvePage::onComputePowerChart);
     connect(m_ui.pushButton_compute_5, &QPushButton::clicked, this,
@@ -407,16 +414,33 @@ QString CharacteristicsCurvePage::yAxisLabel(const QString &chartName)
 
 void CharacteristicsCurvePage::save(Curve curve)
 {
+    if (!kellaser::PageSave::mayChange(tr("Insufficient user permissions!"), m_state->allRead()))
+        return;
     if (!validate(curve))
         return;
     drawFit(curve);
     const QString &command = curveKeys()[curve].saveCommand;
-    checkSaveResult(kellaser::CommandChannel::send(this, command, curveObject(curve)), command);
+    kellaser::PageSave::send({this, kCurveRecord, command, curveObject(curve),
+        [this, command](const QJsonArray &reply) { checkSaveResult(reply, command); },
+        [this] {
+            readRecord();
+            for (int i = 0; i < CurveCount; ++i) {
+                if (m_curves[i].chart->hasLine())
+                    computeChart(Curve(i));
+            }
+        },
+        m_state});
+}
+
+void CharacteristicsCurvePage::readRecord()
+{
+    m_state->note(
+        kCurveRecord, loadRecord(kelplugin::kelPluginInterface().getKelServiceData(kCurveRecord)));
 }
 
 void CharacteristicsCurvePage::cancel(Curve curve)
 {
-    loadRecord(kelplugin::kelPluginInterface().getKelServiceData(kCurveRecord));
+    readRecord();
     if (m_curves[curve].chart->hasLine())
         computeChart(curve);
     kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_INFO, tr("Cancel successful"));
@@ -484,14 +508,14 @@ void CharacteristicsCurvePage::fillTable(Curve curve, int nodeCount, const QJson
     }
 }
 
-void CharacteristicsCurvePage::loadRecord(const QJsonValue &record)
+bool CharacteristicsCurvePage::loadRecord(const QJsonValue &record)
 {
     if (!record.isObject())
-        return;
+        return false;
     const QJsonObject object = record.toObject();
     // Without the power node count the record is taken as incomplete: nothing is loaded.
     if (!object.contains(curveKeys()[Power].nodeCount))
-        return;
+        return false;
     for (int i = 0; i < CurveCount; ++i) {
         const CurveKeys &keys = curveKeys()[i];
         const int nodeCount = truncatedInt(object.value(keys.nodeCount));
@@ -502,6 +526,7 @@ void CharacteristicsCurvePage::loadRecord(const QJsonValue &record)
         if (rows.isArray())
             fillTable(Curve(i), nodeCount, rows);
     }
+    return true;
 }
 
 void CharacteristicsCurvePage::applyPorts(const QJsonValue &ioRecord)
@@ -535,7 +560,7 @@ void CharacteristicsCurvePage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     auto &host = kelplugin::kelPluginInterface();
-    loadRecord(host.getKelServiceData(kCurveRecord));
+    readRecord();
     applyPorts(host.getKelServiceData(kIoRecord));
     for (int i = 0; i < CurveCount; ++i) {
         if (m_curves[i].chart->hasLine())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordstate.h"
 #include "ui_characteristicscurvepage.h"
 
 #include <QPointF>
@@ -38,7 +39,10 @@ public:
     // The curve object of one tab: its node count and its rows [raw, physical].
     QJsonObject curveObject(Curve curve) const;
     // Fills all four tabs from a weld_curve_config record; the power node count gates all.
-    void loadRecord(const QJsonValue &record);
+    // False when nothing was loaded.
+    bool loadRecord(const QJsonValue &record);
+    // Whether the tables hold the controller's record, and whether they were edited since.
+    kellaser::RecordState *recordState() const { return m_state; }
     // Enables the tabs whose set-point has a port and writes the port into the header.
     void applyPorts(const QJsonValue &ioRecord);
     struct Fit
@@ -98,6 +102,8 @@ private:
     void refreshTable(Curve curve, int index);
     void save(Curve curve);
     void cancel(Curve curve);
+    // Reads weld_curve_config into the tables.
+    void readRecord();
     void fillTable(Curve curve, int nodeCount, const QJsonValue &rows);
     // Gives the table rows numbered 1.. with their editors, keeping the rows it has.
     void resizeTable(Curve curve, int rows);
@@ -112,4 +118,5 @@ private:
     Ui::CharacteristicsCurvePage m_ui;
     std::array<CurveWidgets, CurveCount> m_curves;
     QPointer<WeldSettingPage> m_settingPage;
+    kellaser::RecordState *m_state = new kellaser::RecordState(this);
 };

@@ -5,12 +5,15 @@
 #include "configbackup.h"
 #include "configrestore.h"
 #include "lasertrackingpage.h"
+#include "pagesave.h"
+#include "recordstate.h"
 #include "restoredialog.h"
 #include "weldiopage.h"
 #include "weldparameterpage.h"
 #include "weldsettingpage.h"
 
 #include "core/logline.h"
+#include "widget/pagebanner.h"
 #include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
@@ -23,6 +26,7 @@
 #include <QFileDialog>
 #include <QPainter>
 #include <QSaveFile>
+#include <QTabWidget>
 #include <QToolButton>
 
 namespace {
@@ -106,6 +110,22 @@ LaserWeldPage::LaserWeldPage(QWidget *parent) : QWidget(parent)
 
     connect(
         m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::setPageStatus);
+
+    // Outside the pages, which may be disabled as a whole, so that it can always be read.
+    m_banner = new PageBanner(this);
+    m_ui.verticalLayout_2->insertWidget(1, m_banner);
+    connect(
+        m_settingPage->mainSwitch(), &SwitchButton::onChanged, this, &LaserWeldPage::updateBanner);
+    connect(
+        m_ui.stackedWidget, &QStackedWidget::currentChanged, this, &LaserWeldPage::updateBanner);
+    for (QWidget *page : {static_cast<QWidget *>(m_settingPage), static_cast<QWidget *>(m_ioPage),
+             static_cast<QWidget *>(m_curvePage), static_cast<QWidget *>(m_parameterPage)}) {
+        connect(
+            recordState(page), &kellaser::RecordState::changed, this, &LaserWeldPage::updateBanner);
+    }
+    // A controller reached again may hold other values than those on screen.
+    connect(&kelplugin::kelPluginInterface(), &kelplugin::InterfaceManager::sigNetworkConnect, this,
+        [this] { readShownPage(true); });
     // Watching a weld changes nothing, so the monitor stays at hand while the pages are locked.
     connect(m_ui.pushButton_monitor, &QPushButton::clicked, this, &LaserWeldPage::openMonitor);
     connect(m_ui.pushButton_backup, &QPushButton::clicked, this, [this] {
@@ -155,8 +175,11 @@ bool LaserWeldPage::backupTo(const QString &path)
 void LaserWeldPage::openRestore(const QString &path)
 {
     auto *dialog = findChild<RestoreDialog *>(QString(), Qt::FindDirectChildrenOnly);
-    if (!dialog)
+    if (!dialog) {
         dialog = new RestoreDialog(this);
+        // The page shown must not keep values a later Save would write over the restore with.
+        connect(dialog, &RestoreDialog::restored, this, [this] { readShownPage(false); });
+    }
     dialog->openFile(path);
     dialog->show();
 }
@@ -219,6 +242,50 @@ void LaserWeldPage::showEvent(QShowEvent *event)
     const auto buttons = m_ui.wgtNav->findChildren<QToolButton *>();
     if (!buttons.isEmpty())
         buttons.first()->click();
+    updateBanner();
+}
+
+kellaser::RecordState *LaserWeldPage::recordState(QWidget *page) const
+{
+    if (page && page == m_settingPage)
+        return m_settingPage->recordState();
+    if (page && page == m_ioPage)
+        return m_ioPage->recordState();
+    if (page && page == m_curvePage)
+        return m_curvePage->recordState();
+    if (page && page == m_parameterPage)
+        return m_parameterPage->recordState();
+    return nullptr;
+}
+
+void LaserWeldPage::updateBanner()
+{
+    if (!m_banner)
+        return;
+    QWidget *page = m_ui.stackedWidget->currentWidget();
+    const kellaser::RecordState *state = recordState(page);
+    const bool welding = m_settingPage && m_settingPage->isMainEnabled();
+    m_banner->setReason(
+        state ? kellaser::PageSave::readOnlyReason(state->allRead(), welding) : QString());
+    m_banner->followTabs(page ? page->findChild<QTabWidget *>() : nullptr);
+}
+
+void LaserWeldPage::readShownPage(bool keepEdits)
+{
+    QWidget *page = m_ui.stackedWidget->currentWidget();
+    if (!page || !page->isVisible())
+        return;
+    const kellaser::RecordState *state = recordState(page);
+    if (keepEdits && state && state->isEdited()) {
+        kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_WARNING,
+            tr("Connected to the controller again. The page keeps your unsaved changes; "
+               "Cancel shows the controller's values."));
+        return;
+    }
+    // Every page reads its records when it is shown.
+    page->hide();
+    page->show();
+    updateBanner();
 }
 
 void LaserWeldPage::setPageStatus(bool enable)

@@ -6,10 +6,15 @@
 
 class CharacteristicsCurvePage;
 class LaserTrackingPage;
+class PageBanner;
 class QToolButton;
 class WeldParameterPage;
 class WeldSettingPage;
 class WeldioPage;
+
+namespace kellaser {
+class RecordState;
+}
 
 // The plug-in's centre page: a navigation column on the left, and the title above the
 // configuration page chosen there.
@@ -30,6 +35,12 @@ public:
     // Opens the restore preview of a backup file; the dialog stays open to report.
     Q_INVOKABLE void openRestore(const QString &path);
 
+    // The line above the page shown saying why it cannot be changed (empty when it can).
+    PageBanner *banner() const { return m_banner; }
+    // Reads the page shown again, as a show does. keepEdits keeps a page the operator has
+    // edited as it is and tells them so; pages not shown read on their next show anyway.
+    void readShownPage(bool keepEdits);
+
 protected:
     void showEvent(QShowEvent *event) override;
 
@@ -41,6 +52,8 @@ private:
     void addNavigation(
         const QString &icon, const QString &title, const QString &caption, QWidget *page);
     void selectPage(QToolButton *button, const QString &title);
+    kellaser::RecordState *recordState(QWidget *page) const;
+    void updateBanner();
 
     Ui::LaserWeldPage m_ui;
     WeldSettingPage *m_settingPage = nullptr;
@@ -48,4 +61,5 @@ private:
     CharacteristicsCurvePage *m_curvePage = nullptr;
     WeldParameterPage *m_parameterPage = nullptr;
     LaserTrackingPage *m_trackingPage = nullptr;
+    PageBanner *m_banner = nullptr;
 };

@@ -1,6 +1,7 @@
 #include "restoredialog.h"
 
 #include "configrestore.h"
+#include "pagesave.h"
 
 #include "core/recorddiff.h"
 
@@ -115,6 +116,11 @@ QStringList RestoreDialog::selectedRecords() const
 
 void RestoreDialog::restoreSelected()
 {
+    // The dialog may have been opened at a higher level than the one logged in now.
+    if (!kellaser::PageSave::mayChange(tr("Insufficient user permissions!"))) {
+        m_ui.plainTextEdit_report->setPlainText(tr("Nothing was restored."));
+        return;
+    }
     const auto results = ConfigRestore::restore(this, m_contents.records, selectedRecords());
     QStringList lines;
     for (const auto &result : results)
@@ -126,4 +132,6 @@ void RestoreDialog::restoreSelected()
     const ConfigBackup::Contents contents = m_contents;
     showBackup(contents);
     m_ui.plainTextEdit_report->setPlainText(lines.join(QLatin1Char('\n')));
+    if (!results.isEmpty())
+        emit restored();
 }

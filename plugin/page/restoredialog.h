@@ -21,6 +21,10 @@ public:
     QStringList selectedRecords() const;
     void restoreSelected();
 
+signals:
+    // Records were sent: pages showing them must read them again.
+    void restored();
+
 private:
     void showError(const QString &text);
 

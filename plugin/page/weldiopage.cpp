@@ -1,5 +1,6 @@
 #include "weldiopage.h"
 
+#include "pagesave.h"
 #include "portcatalogue.h"
 #include "weldsettingpage.h"
 
@@ -28,6 +29,12 @@ const QString &saveCommand()
 {
     static const QString command = QStringLiteral("set_weld_io_config");
     return command;
+}
+
+const QString &recordKey()
+{
+    static const QString key = QStringLiteral("weld_io_config");
+    return key;
 }
 
 const int kVisibleItems = 7;
@@ -129,6 +136,7 @@ WeldioPage::WeldioPage(WeldSettingPage *settingPage, QWidget *parent)
     for (const Row &row : m_rows)
         PortCatalogue::fitDropDown(row.port);
 
+    m_state->setForm([this] { return record(); });
     connect(m_ui.pushButton_Save, &QPushButton::clicked, this, &WeldioPage::save);
     connect(m_ui.pushButton_Cancel, &QPushButton::clicked, this, &WeldioPage::cancel);
 }
@@ -200,10 +208,11 @@ void WeldioPage::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     auto &host = kelplugin::kelPluginInterface();
     m_inShow = true;
-    const QJsonValue io = host.getKelServiceData(QStringLiteral("weld_io_config"));
+    const QJsonValue io = host.getKelServiceData(recordKey());
     fillPortLists();
     if (io.isObject())
         loadRecord(io.toObject());
+    m_state->note(recordKey(), io.isObject());
     m_inShow = false;
     m_showPorts.clear();
 
@@ -338,21 +347,30 @@ QString WeldioPage::recordRefusal(const QJsonObject &record)
 
 void WeldioPage::save()
 {
+    if (!kellaser::PageSave::mayChange(tr("Insufficient user permissions!"), m_state->allRead()))
+        return;
     const QJsonObject io = record();
     const QString refusal = recordRefusal(io);
     if (!refusal.isEmpty()) {
         kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR, refusal);
         return;
     }
-    checkSaveResult(kellaser::CommandChannel::send(this, saveCommand(), io));
+    kellaser::PageSave::send({this, recordKey(), saveCommand(), io,
+        [this](const QJsonArray &reply) { checkSaveResult(reply); }, [this] { readRecord(); },
+        m_state});
+}
+
+void WeldioPage::readRecord()
+{
+    const QJsonValue io = kelplugin::kelPluginInterface().getKelServiceData(recordKey());
+    if (io.isObject())
+        loadRecord(io.toObject());
+    m_state->note(recordKey(), io.isObject());
 }
 
 void WeldioPage::cancel()
 {
-    const QJsonValue io
-        = kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("weld_io_config"));
-    if (io.isObject())
-        loadRecord(io.toObject());
+    readRecord();
     kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_INFO, tr("Cancel successful"));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordstate.h"
 #include "ui_weldiopage.h"
 
 #include <QHash>
@@ -37,6 +38,8 @@ public:
     static QString recordRefusal(const QJsonObject &record);
     // Fills the widgets from a record, key by key in the record's write order.
     void loadRecord(const QJsonObject &record);
+    // Whether the form holds the controller's record, and whether it was edited since.
+    kellaser::RecordState *recordState() const { return m_state; }
 
 signals:
     void settingChanged();
@@ -105,6 +108,8 @@ private:
 
     void save();
     void cancel();
+    // Reads weld_io_config into the form (without refilling the drop-downs).
+    void readRecord();
 
     Ui::WeldioPage m_ui;
     QPointer<WeldSettingPage> m_settingPage;
@@ -112,4 +117,5 @@ private:
     // Port lists fetched during one show, so each type is asked for once per show.
     QHash<QString, QStringList> m_showPorts;
     bool m_inShow = false;
+    kellaser::RecordState *m_state = new kellaser::RecordState(this);
 };

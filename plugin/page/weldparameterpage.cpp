@@ -1,6 +1,7 @@
 #include "weldparameterpage.h"
 
 #include "editorpreviews.h"
+#include "pagesave.h"
 #include "weldprofile.h"
 
 #include "core/commandchannel.h"
@@ -173,6 +174,17 @@ WeldParameterPage::WeldParameterPage(WeldSettingPage *, QWidget *parent) : QWidg
     initConnect();
     m_ui.stackedWidget->setCurrentIndex(MainPage);
     updateButtons();
+    // Only an editor holds edits; the lists are views.
+    m_state->setForm([this]() -> QJsonValue {
+        switch (m_ui.stackedWidget->currentIndex()) {
+        case WeldDataEditor:
+            return weldDataSet();
+        case MatchingEditor:
+            return createMatchDataJson();
+        default:
+            return QJsonValue();
+        }
+    });
 }
 
 WeldParameterPage::~WeldParameterPage() = default;
@@ -253,12 +265,23 @@ void WeldParameterPage::updateWeldProfile()
 void WeldParameterPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // Monitoring changes nothing, so only the editing part follows the user level.
+    // Looking changes nothing: the lists, their tabs and opening a set stay at every level;
+    // only the editors' fields and Save follow the user level.
     const bool editable = userLevel() >= kMinimumLevel;
-    m_ui.widget_content->setEnabled(editable);
-    m_ui.widget_editButtons->setEnabled(editable);
+    m_ui.page_weldData->setEnabled(editable);
+    m_ui.page_matching->setEnabled(editable);
+    m_ui.pushButton_save->setEnabled(editable);
     refreshWeldDataList();
     setTableMatchData();
+    readOpenSet();
+}
+
+void WeldParameterPage::readOpenSet()
+{
+    if (m_ui.stackedWidget->currentIndex() == WeldDataEditor)
+        loadWeldDataSet();
+    else if (m_ui.stackedWidget->currentIndex() == MatchingEditor)
+        openMatchingSet(m_ui.label_title->text());
 }
 
 void WeldParameterPage::updateButtons()
@@ -400,8 +423,9 @@ QJsonObject WeldParameterPage::weldDataSet() const
 
 void WeldParameterPage::refreshWeldDataList()
 {
-    const QJsonObject record
-        = kelplugin::kelPluginInterface().getKelServiceData(kWeldDataRecord).toObject();
+    const QJsonValue value = kelplugin::kelPluginInterface().getKelServiceData(kWeldDataRecord);
+    m_state->note(kWeldDataRecord, value.isObject());
+    const QJsonObject record = value.toObject();
     QTableWidget *list = m_ui.tableWidget_weldData;
     for (int number = 1; number <= weldDataSetCount; ++number) {
         const auto it = record.constFind(kWeldDataPrefix + QString::number(number));
@@ -422,6 +446,7 @@ void WeldParameterPage::refreshWeldDataList()
 void WeldParameterPage::setTableMatchData()
 {
     const QJsonValue recordValue = kelplugin::kelPluginInterface().getKelServiceData(kMatchRecord);
+    m_state->note(kMatchRecord, recordValue.isObject());
     if (!recordValue.isObject()) {
         qWarning() << "setTableMatchData: weld_param_match is not an object or not found";
         return;
@@ -489,19 +514,23 @@ void WeldParameterPage::onDetailed()
         openMatchingSet(m_ui.label_title->text());
         m_ui.stackedWidget->setCurrentIndex(MatchingEditor);
     }
+    // The editor just shown is what an edit is measured against.
+    m_state->markFilled();
 }
 
 void WeldParameterPage::loadWeldDataSet()
 {
-    const QJsonObject record
-        = kelplugin::kelPluginInterface().getKelServiceData(kWeldDataRecord).toObject();
+    const QJsonValue value = kelplugin::kelPluginInterface().getKelServiceData(kWeldDataRecord);
+    const QJsonObject record = value.toObject();
     const QJsonValue set = record.value(m_ui.label_title->text());
     // Anything but a set object is a set the controller does not have yet.
     if (!set.isObject()) {
         resetWeldDataEditor();
+        m_state->note(kWeldDataRecord, value.isObject());
         return;
     }
     setWeldDataSet(set.toObject());
+    m_state->note(kWeldDataRecord, true);
     qDebug().noquote() << "wire_retract_time_end:"
                        << set.toObject().value(QStringLiteral("wire_retract_time_end")).toInt();
 }
@@ -512,6 +541,7 @@ void WeldParameterPage::onBack()
     // A set saved in the editor shows in the list at once.
     refreshWeldDataList();
     setTableMatchData();
+    m_state->markFilled();
 }
 
 void WeldParameterPage::onSave()
@@ -519,16 +549,16 @@ void WeldParameterPage::onSave()
     const int page = m_ui.stackedWidget->currentIndex();
     if (page != WeldDataEditor && page != MatchingEditor)
         return;
-    if (userLevel() < kMinimumLevel) {
-        kelplugin::ThrowLog(
-            kPluginKey, kelplugin::THROW_LOG_WARNING, tr("Insufficient user permissions!"));
+    const QString &record = page == WeldDataEditor ? kWeldDataRecord : kMatchRecord;
+    if (!kellaser::PageSave::mayChange(
+            tr("Insufficient user permissions!"), m_state->isRead(record)))
         return;
-    }
     const QString name = m_ui.label_title->text();
     if (page == WeldDataEditor) {
-        const QJsonArray reply = kellaser::CommandChannel::send(
-            this, kWeldDataCommand, QJsonObject {{name, weldDataSet()}});
-        checkSaveResult(reply, kWeldDataCommand);
+        kellaser::PageSave::send(
+            {this, kWeldDataRecord, kWeldDataCommand, QJsonObject {{name, weldDataSet()}},
+                [this](const QJsonArray &reply) { checkSaveResult(reply, kWeldDataCommand); },
+                [this] { loadWeldDataSet(); }, m_state});
         return;
     }
     if (!validateMatchingTableParams())
@@ -536,9 +566,9 @@ void WeldParameterPage::onSave()
     const QJsonObject set = createMatchDataJson();
     if (set.isEmpty())
         return;
-    const QJsonArray reply
-        = kellaser::CommandChannel::send(this, kMatchCommand, QJsonObject {{name, set}});
-    checkSaveResult(reply, kMatchCommand);
+    kellaser::PageSave::send({this, kMatchRecord, kMatchCommand, QJsonObject {{name, set}},
+        [this](const QJsonArray &reply) { checkSaveResult(reply, kMatchCommand); },
+        [this, name] { openMatchingSet(name); }, m_state});
 }
 
 void WeldParameterPage::checkSaveResult(const QJsonArray &reply, const QString &command)
@@ -614,18 +644,19 @@ void WeldParameterPage::openMatchingSet(const QString &name)
             resetMatchingTable();
         return;
     }
-    const QJsonObject record
-        = kelplugin::kelPluginInterface().getKelServiceData(kMatchRecord).toObject();
+    const QJsonValue value = kelplugin::kelPluginInterface().getKelServiceData(kMatchRecord);
+    const QJsonObject record = value.toObject();
     if (record.contains(name)) {
         resetMatchingTable();
         parseMatchParamToTable(record, name, m_ui.tableWidget_matching, 1, 1, 4, 4);
         // Loading sets the switches without a signal.
         updateMatchingPreview();
-        return;
+    } else {
+        qDebug().noquote() << "has No value " << name;
+        if (!hasHeaderSwitches())
+            resetMatchingTable();
     }
-    qDebug().noquote() << "has No value " << name;
-    if (!hasHeaderSwitches())
-        resetMatchingTable();
+    m_state->note(kMatchRecord, value.isObject());
 }
 
 bool WeldParameterPage::parseMatchParamToTable(const QJsonObject &processData, const QString &name,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordstate.h"
 #include "weldprofile.h"
 
 #include "ui_weldparameterpage.h"
@@ -64,6 +65,10 @@ public:
     // 2 power, 3 frequency, 4 duty cycle).
     static QString matchingRefusalText(int column, int row);
 
+    // Whether the lists and the open editor hold the controller's records, and whether the
+    // editor was edited since it was filled.
+    kellaser::RecordState *recordState() const { return m_state; }
+
 protected:
     void showEvent(QShowEvent *event) override;
 
@@ -77,6 +82,8 @@ private:
     void resetMatchingTable();
     bool hasHeaderSwitches() const;
     void loadWeldDataSet();
+    // Reads the set open in an editor again.
+    void readOpenSet();
     void checkSaveResult(const QJsonArray &reply, const QString &command);
     void updateDependentWidgets();
     void updateButtons();
@@ -91,4 +98,5 @@ private:
     // still shows what loading put there (m_loadedForm).
     QVector<kellaser::WeldProfile::Problem> m_storedProblems;
     QJsonObject m_loadedForm;
+    kellaser::RecordState *m_state = new kellaser::RecordState(this);
 };

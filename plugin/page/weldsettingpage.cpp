@@ -1,5 +1,6 @@
 #include "weldsettingpage.h"
 
+#include "pagesave.h"
 #include "portcatalogue.h"
 
 #include "core/commandchannel.h"
@@ -37,6 +38,12 @@ const QString &enableCommand()
     return command;
 }
 
+const QString &recordKey()
+{
+    static const QString key = QStringLiteral("weld_setting_config");
+    return key;
+}
+
 int switchWaitMs = 300;
 
 // The controller stores some of these as floating point: truncate toward zero, saturated.
@@ -69,6 +76,12 @@ WeldSettingPage::WeldSettingPage(QWidget *parent) : QWidget(parent)
         &WeldSettingPage::setWireStickingPlanStatus);
     connect(m_ui.pushButton_Feeder, &SwitchButton::onChanged, this,
         &WeldSettingPage::setFeederPlanStatus);
+    // The main switch is not an edit of the settings: it is sent on its own.
+    m_state->setForm([this] {
+        QJsonObject form = record();
+        form.remove(QStringLiteral("laser_main_enable"));
+        return form;
+    });
     connect(m_ui.pushButton_save, &QPushButton::clicked, this, &WeldSettingPage::save);
     connect(m_ui.pushButton_cancel, &QPushButton::clicked, this, &WeldSettingPage::cancel);
 
@@ -201,10 +214,7 @@ void WeldSettingPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     fillPortLists();
-    const QJsonValue settings
-        = kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("weld_setting_config"));
-    if (settings.isObject())
-        loadRecord(settings.toObject());
+    readRecord();
     // On show the restart fields open whatever their switch says; only a change of the switch
     // closes them again.
     m_ui.doubleSpinBox_retraction_distance->setEnabled(true);
@@ -270,17 +280,26 @@ bool WeldSettingPage::validate()
 
 void WeldSettingPage::save()
 {
+    if (!kellaser::PageSave::mayChange(tr("Insufficient user permissions!"), m_state->allRead()))
+        return;
     if (!validate())
         return;
-    checkSaveResult(kellaser::CommandChannel::send(this, saveCommand(), record()));
+    kellaser::PageSave::send({this, recordKey(), saveCommand(), record(),
+        [this](const QJsonArray &reply) { checkSaveResult(reply); }, [this] { readRecord(); },
+        m_state});
+}
+
+void WeldSettingPage::readRecord()
+{
+    const QJsonValue settings = kelplugin::kelPluginInterface().getKelServiceData(recordKey());
+    if (settings.isObject())
+        loadRecord(settings.toObject());
+    m_state->note(recordKey(), settings.isObject());
 }
 
 void WeldSettingPage::cancel()
 {
-    const QJsonValue settings
-        = kelplugin::kelPluginInterface().getKelServiceData(QStringLiteral("weld_setting_config"));
-    if (settings.isObject())
-        loadRecord(settings.toObject());
+    readRecord();
     kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_INFO, tr("Cancel successful"));
 }
 
@@ -307,6 +326,11 @@ bool WeldSettingPage::isStartupAccepted(const QJsonArray &reply)
 
 void WeldSettingPage::onSwitchMain(bool isOn)
 {
+    // Switching on also sends the settings on screen, so they must be the controller's;
+    // switching off sends nothing but "FALSE".
+    if (!kellaser::PageSave::mayChange(
+            tr("Insufficient user permissions!"), !isOn || m_state->allRead()))
+        return;
     pause();
     auto &host = kelplugin::kelPluginInterface();
     if (host.getRobotEleStatus()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordstate.h"
 #include "ui_weldsettingpage.h"
 
 #include <QStringList>
@@ -35,6 +36,9 @@ public:
     // Sections and the Save/Cancel buttons; the main switch itself is never locked.
     void setEditableArea(bool editable);
 
+    // Whether the form holds the controller's record, and whether it was edited since.
+    kellaser::RecordState *recordState() const { return m_state; }
+
     // The blocking pause around the main switch, in ms; tests shorten it.
     static void setSwitchWait(int milliseconds);
 
@@ -57,6 +61,8 @@ private:
     bool validate();
     void save();
     void cancel();
+    // Reads weld_setting_config into the form.
+    void readRecord();
     void fillPortLists();
     static bool isStartupAccepted(const QJsonArray &reply);
     static void pause();
@@ -65,4 +71,5 @@ private:
     // What the two port drop-downs hold, to find a port without asking the item model.
     QStringList m_detectionPorts;
     QStringList m_feedbackPorts;
+    kellaser::RecordState *m_state = new kellaser::RecordState(this);
 };

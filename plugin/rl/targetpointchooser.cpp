@@ -1,6 +1,7 @@
 #include "targetpointchooser.h"
 
 #include "core/logline.h"
+#include "page/pagesave.h"
 #include "rl/callexpression.h"
 
 #include "kelplugin/hostfunctions.h"
@@ -146,6 +147,9 @@ QString TargetPointChooser::nextPointName(const QStringList &taken)
 
 void TargetPointChooser::addCurrentPosition()
 {
+    // A taught point is stored in the controller: the level is asked at the click.
+    if (!kellaser::PageSave::mayChange(tr("Insufficient user permissions!")))
+        return;
     InterfaceManager &host = kelPluginInterface();
     const QString name = nextPointName(host.getPointNameList());
     if (!host.addCurrentPoint(name, false, host.getCurTool(), host.getCurWobj())) {
