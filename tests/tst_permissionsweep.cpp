@@ -259,7 +259,7 @@ private slots:
         QTest::addColumn<QString>("page"); // navigation caption; empty: not a page's action
         QTest::addColumn<int>("tab");
         QTest::addColumn<bool>("editor");
-        QTest::addColumn<QString>("action"); // a button's name, "key:<name>" or "restore"
+        QTest::addColumn<QString>("action");  // a button's name, "key:<name>" or "restore"
         QTest::addColumn<QString>("command"); // sent once the level is 3 again
 
         QTest::newRow("settings Save") << "Weld Setup" << -1 << false << "pushButton_save"
@@ -279,10 +279,11 @@ private slots:
                                         << "set_weld_param_list_config";
         QTest::newRow("matching Save") << "Weld Data" << 1 << true << "pushButton_save"
                                        << "set_weld_param_match_config";
-        QTest::newRow("Restore") << "" << -1 << false << "restore" << "set_weld_io_config";
+        QTest::newRow("Restore") << "" << -1 << false << "restore"
+                                 << "set_weld_io_config";
         for (const char *key : {"Work mode", "Wiring", "Red Light", "ProtectGas", "Retract Wire"})
-            QTest::addRow("key %s", key) << "" << -1 << false << QStringLiteral("key:%1").arg(key)
-                                         << QString();
+            QTest::addRow("key %s", key)
+                << "" << -1 << false << QStringLiteral("key:%1").arg(key) << QString();
     }
 
     // A page opened at level 3 stays on screen when the operator's level drops to 2: its
