@@ -6,7 +6,9 @@
 #include "kelplugin/hostfunctions.h"
 
 #include <QLabel>
+#include <QSpinBox>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -109,6 +111,43 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         QVERIFY(first->parentWidget());
         QVERIFY(first->mapTo(&window, QPoint()).x() < second->mapTo(&window, QPoint()).x());
+    }
+
+    // Pages enable themselves from the level when shown: a new level shows the page again,
+    // after the cell has it.
+    void newUserLevelShowsTheVisiblePageAgain()
+    {
+        struct Page : QWidget
+        {
+            kelcontroller::ControllerSimulator *controller = nullptr;
+            QList<int> levelsAtShow;
+            void showEvent(QShowEvent *) override
+            {
+                levelsAtShow.append(controller->getUserOperateLevel());
+            }
+        };
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        controller.setUserLevel(3);
+        PendantWindow window(&controller);
+        auto *page = new Page;
+        page->controller = &controller;
+        kelplugin::CreateCenterWidget(QStringLiteral("p"), page);
+        window.show();
+        QCOMPARE(page->levelsAtShow, QList<int> {3});
+
+        auto *level = window.findChild<QSpinBox *>(QStringLiteral("userLevel"));
+        QVERIFY(level);
+        level->setValue(2);
+        QCOMPARE(page->levelsAtShow, (QList<int> {3, 2}));
+        QVERIFY(page->isVisible());
+
+        // A page not on screen reads the level at its own next show.
+        auto *other = new QLabel(QStringLiteral("other"));
+        window.addPendantPage(other, QStringLiteral("other"));
+        window.centreTabs()->setCurrentWidget(other);
+        level->setValue(1);
+        QCOMPARE(page->levelsAtShow, (QList<int> {3, 2}));
     }
 };
 
