@@ -218,6 +218,10 @@
         <source>%1 · largest deviation: node %2, %3</source>
         <translation>%1 · 最大偏差：节点 %2，%3</translation>
     </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
+    </message>
 </context>
 <context>
     <name>ConfigBackup</name>
@@ -452,6 +456,10 @@
         <source>Backup failed: %1</source>
         <translation>备份失败：%1</translation>
     </message>
+    <message>
+        <source>Connected to the controller again. The page keeps your unsaved changes; Cancel shows the controller&apos;s values.</source>
+        <translation>已重新连接控制器。页面保留您未保存的更改；点击取消可显示控制器中的值。</translation>
+    </message>
 </context>
 <context>
     <name>MotionParameters</name>
@@ -470,6 +478,37 @@
     <message>
         <source>Work object:</source>
         <translation>工件坐标：</translation>
+    </message>
+</context>
+<context>
+    <name>PageSave</name>
+    <message>
+        <source>The controller&apos;s values could not be read; nothing can be saved until they are</source>
+        <translation>无法读取控制器中的值；读取成功之前无法保存</translation>
+    </message>
+    <message>
+        <source>Level %1 is needed to change the welding equipment; you are logged in at level %2</source>
+        <translation>修改焊接设备需要 %1 级权限；您当前以 %2 级登录</translation>
+    </message>
+    <message>
+        <source>Locked while welding is enabled</source>
+        <translation>焊接使能期间已锁定</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Changed on another pendant since you opened it: reload?</source>
+        <translation>打开后已在其他示教器上被修改：是否重新加载？</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>重新加载</translation>
+    </message>
+    <message>
+        <source>Overwrite</source>
+        <translation>覆盖</translation>
     </message>
 </context>
 <context>
@@ -540,6 +579,14 @@
     <message>
         <source>Changes: %1</source>
         <translation>更改：%1</translation>
+    </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
+    </message>
+    <message>
+        <source>Nothing was restored.</source>
+        <translation>未恢复任何内容。</translation>
     </message>
 </context>
 <context>
@@ -1282,6 +1329,10 @@
         <source>Laser weld startup faild!</source>
         <translation>激光焊接启动失败！</translation>
     </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
+    </message>
 </context>
 <context>
     <name>WeldioPage</name>
@@ -1441,12 +1492,20 @@
         <source>Cancel successful</source>
         <translation>取消成功</translation>
     </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
+    </message>
 </context>
 <context>
     <name>kelplugin::TargetPointChooser</name>
     <message>
         <source>Failed to add the current position.</source>
         <translation>添加当前位置失败。</translation>
+    </message>
+    <message>
+        <source>Insufficient user permissions!</source>
+        <translation>用户权限不足！</translation>
     </message>
 </context>
 <context>
