@@ -449,19 +449,50 @@ private slots:
         QCOMPARE(m_main->banner()->reason(), QString());
     }
 
+    void reconnectKeepsUnsavedEdits_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<bool>("editor");
+        QTest::addColumn<QString>("probe");
+        QTest::addColumn<QString>("edited");
+        QTest::addColumn<QString>("elsewhere");
+        QTest::newRow("I/O") << "weld_io_config"
+                             << "Weld I/O" << -1 << false << "comboBox_laser_enable_port"
+                             << "DO11"
+                             << "DO12";
+        QTest::newRow("weld data set") << "weld_param_config"
+                                       << "Weld Data" << 0 << true << "spinBox_laser_power_weld"
+                                       << "800"
+                                       << "900";
+    }
+
     void reconnectKeepsUnsavedEdits()
     {
+        QFETCH(QString, record);
+        QFETCH(QString, caption);
+        QFETCH(int, tab);
+        QFETCH(bool, editor);
+        QFETCH(QString, probe);
+        QFETCH(QString, edited);
+        QFETCH(QString, elsewhere);
+
         m_main->show();
-        QWidget *page = showView("Weld I/O", -1, false);
-        setProbe(page, "comboBox_laser_enable_port", "DO11");
-        changeElsewhere("weld_io_config", "comboBox_laser_enable_port", "DO12");
+        QWidget *page = showView(caption, tab, editor);
+        setProbe(page, probe, edited);
+        changeElsewhere(record, probe, elsewhere);
         m_shell->clear();
         m_controller->emitConnectionRestored();
-        QCOMPARE(probeValue(page, "comboBox_laser_enable_port"), QStringLiteral("DO11"));
+        QCOMPARE(probeValue(page, probe), edited);
         QCOMPARE(m_shell->messageTexts(1).size(), 1);
-        // Cancel is the way to the controller's values.
-        QTest::mouseClick(page->findChild<QWidget *>("pushButton_Cancel"), Qt::LeftButton);
-        QCOMPARE(probeValue(page, "comboBox_laser_enable_port"), QStringLiteral("DO12"));
+        // A second reconnect still finds the edits.
+        m_controller->emitConnectionRestored();
+        QCOMPARE(probeValue(page, probe), edited);
+        QCOMPARE(m_shell->messageTexts(1).size(), 2);
+        // Reading without keeping the edits (as after a restore) shows the controller's values.
+        m_main->readShownPage(false);
+        QCOMPARE(probeValue(page, probe), elsewhere);
     }
 
     void restoreShowsTheRestoredValues()

@@ -275,13 +275,16 @@ void LaserWeldPage::readShownPage(bool keepEdits)
     QWidget *page = m_ui.stackedWidget->currentWidget();
     if (!page || !page->isVisible())
         return;
-    const kellaser::RecordState *state = recordState(page);
+    kellaser::RecordState *state = recordState(page);
     if (keepEdits && state && state->isEdited()) {
         kelplugin::ThrowLog(QStringLiteral("kellaserweld"), kelplugin::THROW_LOG_WARNING,
             tr("Connected to the controller again. The page keeps your unsaved changes; "
                "Cancel shows the controller's values."));
         return;
     }
+    // A restore replaces what was typed: the page is to show what the controller holds now.
+    if (!keepEdits && state)
+        state->markFilled();
     // Every page reads its records when it is shown.
     page->hide();
     page->show();

@@ -5,10 +5,10 @@ namespace kellaser {
 RecordState::RecordState(QObject *parent) : QObject(parent)
 { }
 
-void RecordState::note(const QString &key, bool read)
+void RecordState::note(const QString &key, bool read, bool filledForm)
 {
     m_read.insert(key, read);
-    if (read)
+    if (read && filledForm)
         markFilled();
     emit changed();
 }

@@ -17,8 +17,9 @@ class RecordState : public QObject
 public:
     explicit RecordState(QObject *parent = nullptr);
 
-    // Notes the outcome of a read of key; read means the form now holds the controller's values.
-    void note(const QString &key, bool read);
+    // Notes the outcome of a read of key; read means the page now shows the controller's
+    // values. filledForm: the read refilled the editable form (not only a list beside it).
+    void note(const QString &key, bool read, bool filledForm = true);
     bool isRead(const QString &key) const;
     // True when every record noted so far was read; false before the first read.
     bool allRead() const;

@@ -265,6 +265,8 @@ void WeldParameterPage::updateWeldProfile()
 void WeldParameterPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    // An open editor keeps what the operator typed; one not edited shows the controller's set.
+    const bool edited = m_state->isEdited();
     // Looking changes nothing: the lists, their tabs and opening a set stay at every level;
     // only the editors' fields and Save follow the user level.
     const bool editable = userLevel() >= kMinimumLevel;
@@ -273,7 +275,8 @@ void WeldParameterPage::showEvent(QShowEvent *event)
     m_ui.pushButton_save->setEnabled(editable);
     refreshWeldDataList();
     setTableMatchData();
-    readOpenSet();
+    if (!edited)
+        readOpenSet();
 }
 
 void WeldParameterPage::readOpenSet()
@@ -424,7 +427,7 @@ QJsonObject WeldParameterPage::weldDataSet() const
 void WeldParameterPage::refreshWeldDataList()
 {
     const QJsonValue value = kelplugin::kelPluginInterface().getKelServiceData(kWeldDataRecord);
-    m_state->note(kWeldDataRecord, value.isObject());
+    m_state->note(kWeldDataRecord, value.isObject(), false);
     const QJsonObject record = value.toObject();
     QTableWidget *list = m_ui.tableWidget_weldData;
     for (int number = 1; number <= weldDataSetCount; ++number) {
@@ -446,7 +449,7 @@ void WeldParameterPage::refreshWeldDataList()
 void WeldParameterPage::setTableMatchData()
 {
     const QJsonValue recordValue = kelplugin::kelPluginInterface().getKelServiceData(kMatchRecord);
-    m_state->note(kMatchRecord, recordValue.isObject());
+    m_state->note(kMatchRecord, recordValue.isObject(), false);
     if (!recordValue.isObject()) {
         qWarning() << "setTableMatchData: weld_param_match is not an object or not found";
         return;
