@@ -18,12 +18,6 @@ const QString &pluginKey()
     return key;
 }
 
-PageSave::Chooser &chooser()
-{
-    static PageSave::Chooser instance;
-    return instance;
-}
-
 } // namespace
 
 int PageSave::userLevel()
@@ -99,15 +93,8 @@ CommandChannel::Entry PageSave::send(const Save &save)
     }
 }
 
-void PageSave::setConflictChooser(Chooser chooser)
-{
-    kellaser::chooser() = std::move(chooser);
-}
-
 PageSave::Conflict PageSave::askConflict(QWidget *parent)
 {
-    if (chooser())
-        return chooser()(parent);
     QMessageBox box(QMessageBox::Question, tr("Save"),
         tr("Changed on another pendant since you opened it: reload?"), QMessageBox::NoButton,
         parent);

@@ -55,9 +55,7 @@ public:
     // Sends, judges and, on a conflict, asks Reload / Overwrite / Cancel.
     static CommandChannel::Entry send(const Save &save);
 
-    // The question asked on a conflict; tests may answer it without a dialog.
-    using Chooser = std::function<Conflict(QWidget *parent)>;
-    static void setConflictChooser(Chooser chooser);
+    // The question asked on a conflict, as a modal message box ("saveConflictQuestion").
     static Conflict askConflict(QWidget *parent);
 };
 
