@@ -267,7 +267,9 @@ void LaserWeldPage::updateBanner()
     const bool welding = m_settingPage && m_settingPage->isMainEnabled();
     m_banner->setReason(
         state ? kellaser::PageSave::readOnlyReason(state->allRead(), welding) : QString());
-    m_banner->followTabs(page ? page->findChild<QTabWidget *>() : nullptr);
+    // Tabs behind an open set editor are not on screen: nothing to switch there.
+    QTabWidget *tabs = page ? page->findChild<QTabWidget *>() : nullptr;
+    m_banner->followTabs(tabs && tabs->isVisibleTo(page) ? tabs : nullptr);
 }
 
 void LaserWeldPage::readShownPage(bool keepEdits)
