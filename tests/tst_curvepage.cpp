@@ -5,6 +5,7 @@
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
 #include "widget/customchart.h"
+#include "widget/fieldhint.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -101,26 +102,31 @@ private slots:
     {
         QTest::addColumn<QByteArray>("powerNodes");
         QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("hint"); // at the value to correct
 
         const QString order
             = QStringLiteral("1|The data in line %1 must be greater than the data in "
                              "row %2!");
-        QTest::newRow("equal raw values")
-            << QByteArray("[[5, 10], [5, 20]]") << order.arg(2).arg(1);
+        QTest::newRow("equal raw values") << QByteArray("[[5, 10], [5, 20]]") << order.arg(2).arg(1)
+                                          << "Node 2 output value must be greater than in node 1";
         QTest::newRow("equal physical values")
-            << QByteArray("[[5, 10], [6, 10]]") << order.arg(2).arg(1);
+            << QByteArray("[[5, 10], [6, 10]]") << order.arg(2).arg(1)
+            << "Node 2 Power(W) must be greater than in node 1";
         QTest::newRow("only the first bad row is named")
-            << QByteArray("[[1, 1], [2, 2], [2, 3], [1, 1]]") << order.arg(3).arg(2);
+            << QByteArray("[[1, 1], [2, 2], [2, 3], [1, 1]]") << order.arg(3).arg(2)
+            << "Node 3 output value must be greater than in node 2";
         // The combo cannot make a one-row table, but a record with node count 1 does.
         const QString twoRows
             = QStringLiteral("1|Validation failed,The table requires at least two rows of data!");
-        QTest::newRow("one row from the record") << QByteArray("[[1, 10]]") << twoRows;
+        QTest::newRow("one row from the record")
+            << QByteArray("[[1, 10]]") << twoRows << "At least two nodes";
     }
 
     void badTableStopsCompute()
     {
         QFETCH(QByteArray, powerNodes);
         QFETCH(QString, message);
+        QFETCH(QString, hint);
         const QByteArray record
             = "{\"laser_power_node\": " + QByteArray::number(json(powerNodes).toArray().size())
             + ", \"power_nodes_data\": " + powerNodes + "}";
@@ -133,6 +139,11 @@ private slots:
         QCOMPARE(testenv::shownMessages(t.shell), QStringList({message, message}));
         QVERIFY(t.controller.sent.isEmpty());
         QVERIFY(!t.child<CustomChart>("Chart_laserpower")->hasLine());
+        const FieldHint *shown = FieldHint::visibleIn(&t.page);
+        QCOMPARE(shown ? shown->text() : QString(), hint);
+        QVERIFY(shown);
+        QVERIFY(shown->field() == t.page.focusWidget()
+            || shown->field()->isAncestorOf(t.page.focusWidget()));
     }
 
     void nodeCountChangeWipesTheTab()

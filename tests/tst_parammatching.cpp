@@ -2,6 +2,7 @@
 #include "parampagefixture.h"
 #include "support/leveltexts.h"
 #include "support/testenvironment.h"
+#include "widget/fieldhint.h"
 #include "widget/previewchart.h"
 #include "widget/switchbutton.h"
 
@@ -122,37 +123,40 @@ private slots:
         QTest::addColumn<QList<bool>>("switches");
         QTest::addColumn<QStringList>("messages");
         QTest::addColumn<QStringList>("preview");
+        QTest::addColumn<QPoint>("pointed"); // (table row, column) of the refused value
 
         const QList<bool> allOn {true, true, true};
         QTest::newRow("speeds 100, 100 in nodes 2 and 3")
             << Nodes {{50, 100, 1000, 10}, {100, 200, 2000, 20}, {100, 300, 3000, 30},
                    {150, 400, 4000, 40}}
             << allOn << QStringList {failure("Speed", 3)}
-            << QStringList {"Power", "Frequency", "Duty cycle", "line at 100"};
+            << QStringList {"Power", "Frequency", "Duty cycle", "line at 100"} << QPoint(3, 1);
         QTest::newRow("falling power passes with its switch off")
             << Nodes {{10, 400, 1000, 10}, {20, 300, 2000, 20}, {30, 200, 3000, 30},
                    {40, 100, 4000, 40}}
             << QList<bool> {false, true, true} << QStringList()
-            << QStringList {"Frequency", "Duty cycle"};
+            << QStringList {"Frequency", "Duty cycle"} << QPoint(-1, -1);
         QTest::newRow("falling power fails first with its switch on")
             << Nodes {{40, 400, 4000, 40}, {30, 300, 3000, 30}, {20, 200, 2000, 20},
                    {10, 100, 1000, 10}}
             << allOn << QStringList {failure("Power", 2)}
-            << QStringList {"Power", "Frequency", "Duty cycle", "ring on Power at 30"};
+            << QStringList {"Power", "Frequency", "Duty cycle", "ring on Power at 30"}
+            << QPoint(2, 2);
         QTest::newRow("frequency is checked before duty cycle and speed")
             << Nodes {{10, 100, 4000, 40}, {20, 200, 3000, 30}, {10, 300, 3000, 30},
                    {40, 400, 4000, 40}}
             << allOn << QStringList {failure("Frequency", 2)}
-            << QStringList {"Power", "Frequency", "Duty cycle", "ring on Frequency at 20"};
+            << QStringList {"Power", "Frequency", "Duty cycle", "ring on Frequency at 20"}
+            << QPoint(2, 3);
         QTest::newRow("duty cycle is checked before speed")
             << Nodes {{20, 100, 1000, 40}, {10, 200, 2000, 40}, {30, 300, 3000, 50},
                    {40, 400, 4000, 60}}
             << QList<bool> {false, false, true} << QStringList {failure("Duty Cycle", 2)}
-            << QStringList {"Duty cycle", "ring on Duty cycle at 10"};
+            << QStringList {"Duty cycle", "ring on Duty cycle at 10"} << QPoint(2, 4);
         QTest::newRow("switched-off columns may do anything, speed must still rise")
             << Nodes {{10, 0, 0, 0}, {20, 0, 0, 0}, {30, 5, 5, 5}, {30, 0, 0, 0}}
             << QList<bool> {false, false, false} << QStringList {failure("Speed", 4)}
-            << QStringList {"line at 30"};
+            << QStringList {"line at 30"} << QPoint(4, 1);
     }
 
     void validation()
@@ -161,7 +165,9 @@ private slots:
         QFETCH(QList<bool>, switches);
         QFETCH(QStringList, messages);
         QFETCH(QStringList, preview);
+        QFETCH(QPoint, pointed);
         ParamPageFixture t;
+        t.show();
         QTableWidget *table = editorTable(t);
         setTableNodes(table, nodes);
         setSwitches(table, switches.at(0), switches.at(1), switches.at(2));
@@ -177,6 +183,12 @@ private slots:
         QCOMPARE(previewOf(t.child<PreviewChart>("matchingChart")->content()), preview);
         // Validation never edits what the operator typed.
         QCOMPARE(tableNodes(table), nodes);
+        // The refused value takes the focus and the hint.
+        const FieldHint *hint = FieldHint::visibleIn(table);
+        QCOMPARE(hint ? hint->field() : nullptr,
+            pointed.x() < 0 ? nullptr : table->cellWidget(pointed.x(), pointed.y()));
+        if (hint)
+            QVERIFY(hint->field()->isAncestorOf(t.page->focusWidget()));
     }
 
     void missingSwitchesCountAsOnButAreWrittenOff()

@@ -5,6 +5,7 @@
 #include "controller/controllersimulator.h"
 #include "kelplugin/hostfunctions.h"
 
+#include <QCloseEvent>
 #include <QLabel>
 #include <QSpinBox>
 #include <QStatusBar>
@@ -12,6 +13,25 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+
+namespace {
+
+// A centre page that may keep the window open, as a plug-in page with unsaved changes does.
+class ClosingPage : public QWidget
+{
+public:
+    bool mayClose = false;
+    int asked = 0;
+
+protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        ++asked;
+        event->setAccepted(mayClose);
+    }
+};
+
+} // namespace
 
 class TestPendantWindow : public QObject
 {
@@ -148,6 +168,33 @@ private slots:
         window.centreTabs()->setCurrentWidget(other);
         level->setValue(1);
         QCOMPARE(page->levelsAtShow, (QList<int> {3, 2}));
+    }
+
+    void centrePagesMayKeepTheWindowOpen_data()
+    {
+        QTest::addColumn<bool>("mayClose");
+        QTest::newRow("page refuses: window stays") << false;
+        QTest::newRow("page agrees: window closes") << true;
+    }
+
+    void centrePagesMayKeepTheWindowOpen()
+    {
+        QFETCH(bool, mayClose);
+
+        QTemporaryDir data;
+        kelcontroller::ControllerSimulator controller(data.path());
+        PendantWindow window(&controller);
+        auto *page = new ClosingPage;
+        page->mayClose = mayClose;
+        kelplugin::CreateCenterWidget(QStringLiteral("p"), page);
+        // The page asked need not be the tab in front.
+        window.addPendantPage(new QWidget, QStringLiteral("Program"));
+        window.centreTabs()->setCurrentIndex(1);
+        window.show();
+
+        QCOMPARE(window.close(), mayClose);
+        QCOMPARE(page->asked, 1);
+        QCOMPARE(window.isVisible(), !mayClose);
     }
 };
 

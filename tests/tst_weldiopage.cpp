@@ -5,6 +5,7 @@
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
+#include "widget/fieldhint.h"
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
@@ -64,48 +65,58 @@ private slots:
     {
         QTest::addColumn<QJsonObject>("patch");
         QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("field"); // the drop-down a refusal points at
 
         const QString saved = QStringLiteral("Saved successfully");
         const QString empty
             = QStringLiteral("There is an empty port. Please check and reconfigure!");
-        QTest::newRow("valid record saves") << QJsonObject() << saved;
+        QTest::newRow("valid record saves") << QJsonObject() << saved << "";
         QTest::newRow("two enabled outputs on one port") << QJsonObject {{"red_light_port", "DO3"},
             {"red_light_enabled", true}, {"wire_feed_port", "DO3"},
-            {"wire_feed_enabled", true}} << "Port DO3 is already in use, save failed!";
+            {"wire_feed_enabled", true}} << "Port DO3 is already in use, save failed!"
+                                                         << "comboBox_wire_feed_port";
         QTest::newRow("duplicate port on a switched-off row") << QJsonObject {
             {"red_light_port", "DO3"}, {"red_light_enabled", true}, {"wire_feed_port", "DO3"},
-            {"wire_feed_enabled", false}} << saved;
-        QTest::newRow("laser on and assist gas always checked") << QJsonObject {
-            {"gas_protect_port", "DO1"}} << "Port DO1 is already in use, save failed!";
+            {"wire_feed_enabled", false}} << saved << "";
+        QTest::newRow("laser on and assist gas always checked")
+            << QJsonObject {{"gas_protect_port", "DO1"}}
+            << "Port DO1 is already in use, save failed!"
+            << "comboBox_gas_protect_port";
         QTest::newRow("two enabled inputs on one port") << QJsonObject {{"laser_alarm_port", "DI2"},
             {"laser_alarm_enabled", true}, {"external_alarm_port", "DI2"},
-            {"external_alarm_enabled", true}} << "Port DI2 is already in use, save failed!";
+            {"external_alarm_enabled", true}} << "Port DI2 is already in use, save failed!"
+                                                        << "comboBox_external_alarm_port";
         QTest::newRow("same port as output and input")
             << QJsonObject {{"descent_signal_port", "IO7"}, {"descent_signal_enabled", true},
                    {"laser_alarm_port", "IO7"}, {"laser_alarm_enabled", true}}
-            << saved;
+            << saved << "";
         QTest::newRow("same port text on analog and group type")
             << QJsonObject {{"power_type", 0}, {"power_port", "P1"}, {"power_enabled", true},
                    {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
-            << saved;
+            << saved << "";
         QTest::newRow("same port text on the same type")
             << QJsonObject {{"power_type", 1}, {"power_port", "P1"}, {"power_enabled", true},
                    {"frequency_type", 1}, {"frequency_port", "P1"}, {"frequency_enabled", true}}
-            << "Port P1 is already in use, save failed!";
-        QTest::newRow("empty assist gas") << QJsonObject {{"gas_protect_port", ""}} << empty;
+            << "Port P1 is already in use, save failed!"
+            << "comboBox_frequency_port";
+        QTest::newRow("empty assist gas")
+            << QJsonObject {{"gas_protect_port", ""}} << empty << "comboBox_gas_protect_port";
         QTest::newRow("enabled row without port")
-            << QJsonObject {{"wire_feeder_alarm_enabled", true}} << empty;
+            << QJsonObject {{"wire_feeder_alarm_enabled", true}} << empty
+            << "comboBox_wire_feeder_alarm_port";
         QTest::newRow("disabled row without port")
-            << QJsonObject {{"red_light_enabled", false}} << saved;
+            << QJsonObject {{"red_light_enabled", false}} << saved << "";
         QTest::newRow("duplicate reported before empty")
             << QJsonObject {{"gas_protect_port", "DO1"}, {"red_light_enabled", true}}
-            << "Port DO1 is already in use, save failed!";
+            << "Port DO1 is already in use, save failed!"
+            << "comboBox_gas_protect_port";
     }
 
     void saveChecks()
     {
         QFETCH(QJsonObject, patch);
         QFETCH(QString, message);
+        QFETCH(QString, field);
 
         m_controller->serviceData["weld_io_config"] = testenv::patched(validRecord(), patch);
         WeldSettingPage settings;
@@ -126,6 +137,10 @@ private slots:
         } else {
             QCOMPARE(m_shell->messages.first().level, 2);
         }
+        // The refusal points at the row at fault: its drop-down takes the focus and the hint.
+        const FieldHint *hint = FieldHint::visibleIn(&page);
+        QCOMPARE(hint ? hint->field()->objectName() : QString(), field);
+        QCOMPARE(page.focusWidget() ? page.focusWidget()->objectName() : QString(), field);
     }
 
     void showFillsEveryPortListWithAnEmptyFirstItem()

@@ -5,6 +5,7 @@
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
 #include "support/testenvironment.h"
+#include "widget/fieldhint.h"
 #include "widget/previewchart.h"
 #include "widget/switchbutton.h"
 
@@ -195,6 +196,88 @@ private slots:
         QCOMPARE(t.stackPage(), int(WeldParameterPage::WeldDataEditor));
         QCOMPARE(t.child<QSpinBox>("spinBox_laser_power_weld")->value(), 2222);
         QCOMPARE(t.child<QLabel>("label_title")->text(), QStringLiteral("LsData5"));
+    }
+
+    void equipmentLimitsHoldOnSave_data()
+    {
+        QTest::addColumn<QJsonValue>("settings"); // weld_setting_config, null: none stored
+        QTest::addColumn<bool>("wire");
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<QString>("message"); // empty: the set is sent
+
+        const QJsonObject laser2400 {{"laser_power", 2400}, {"max_feed_speed", 150}};
+        const QString power = QStringLiteral(
+            "1|%1 · Laser power (W): 2401 W is above the laser unit's maximum power of 2400 W "
+            "(device settings). Nothing was saved.");
+        QTest::newRow("weld power at the laser's maximum")
+            << QJsonValue(laser2400) << true << "spinBox_laser_power_weld" << 2400 << "";
+        QTest::newRow("weld power one above the laser's maximum")
+            << QJsonValue(laser2400) << true << "spinBox_laser_power_weld" << 2401
+            << power.arg("Welding");
+        QTest::newRow("start power one above")
+            << QJsonValue(laser2400) << true << "spinBox_laser_power_start" << 2401
+            << power.arg("Laser on");
+        QTest::newRow("maximum stored as a fraction counts whole")
+            << QJsonValue(QJsonObject {{"laser_power", 2400.9}}) << true
+            << "spinBox_laser_power_end" << 2401 << power.arg("Laser off");
+        QTest::newRow("feed speed at the feeder's maximum")
+            << QJsonValue(laser2400) << true << "spinBox_feeding_speed_run" << 150 << "";
+        QTest::newRow("feed speed one above the feeder's maximum")
+            << QJsonValue(laser2400) << true << "spinBox_feeding_speed_run" << 151
+            << "1|Wire while welding · Wire feed speed(mm/s): 151 mm/s is above the wire "
+               "feeder's maximum speed of 150 mm/s (device settings). Nothing was saved.";
+        QTest::newRow("retract speed one above the feeder's maximum")
+            << QJsonValue(laser2400) << true << "spinBox_wire_retract_end" << 151
+            << "1|Wire end · Retrack speed(mm/s): 151 mm/s is above the wire feeder's maximum "
+               "speed of 150 mm/s (device settings). Nothing was saved.";
+        QTest::newRow("wire speeds of a set without wire are not used")
+            << QJsonValue(laser2400) << false << "spinBox_feeding_speed_run" << 151 << "";
+        QTest::newRow("no device settings, only the field's range")
+            << QJsonValue() << true << "spinBox_laser_power_weld" << 9999 << "";
+    }
+
+    void equipmentLimitsHoldOnSave()
+    {
+        QFETCH(QJsonValue, settings);
+        QFETCH(bool, wire);
+        QFETCH(QString, field);
+        QFETCH(int, value);
+        QFETCH(QString, message);
+
+        ParamPageFixture t;
+        QJsonObject set = storedSet("LsData1");
+        // Within every limit of the rows but the field they change.
+        set.insert("laser_power_weld", 2000);
+        set.insert("wire_feed_enable_start", wire);
+        set.insert("wire_feed_enable_end", wire);
+        t.controller.serviceData.insert(kRecord, QJsonObject {{"LsData1", set}});
+        if (!settings.isNull())
+            t.controller.serviceData.insert("weld_setting_config", settings);
+        t.show();
+        QApplication::setActiveWindow(&t.mainPage);
+        QVERIFY(QTest::qWaitForWindowActive(&t.mainPage));
+        QTest::ignoreMessage(QtDebugMsg, "wire_retract_time_end: 250");
+        t.open(0, 0);
+        auto *spin = t.child<QSpinBox>(qPrintable(field));
+        spin->setValue(value);
+
+        t.save();
+
+        if (message.isEmpty()) {
+            QCOMPARE(t.controller.sentCommands(), QStringList {kSaveCommand});
+            QCOMPARE(
+                t.lastPayload().value("LsData1").toObject().value(field.mid(8)).toInt(), value);
+            return;
+        }
+        QVERIFY(t.controller.sent.isEmpty());
+        QCOMPARE(testenv::shownMessages(t.shell), QStringList {message});
+        QVERIFY(spin->hasFocus());
+        const FieldHint *hint = FieldHint::visibleIn(spin);
+        QVERIFY(hint);
+        QCOMPARE(hint->field(), spin);
+        // The refusal keeps what was typed.
+        QCOMPARE(spin->value(), value);
     }
 
     void saveChecksTheLevelOfTheMoment()

@@ -2,6 +2,7 @@
 #include "page/weldsettingpage.h"
 #include "support/recordingshell.h"
 #include "support/scriptedcontroller.h"
+#include "widget/fieldhint.h"
 #include "widget/switchbutton.h"
 
 #include <QComboBox>
@@ -83,6 +84,13 @@ private slots:
             passes ? QStringList {"set_weld_setting_config"} : QStringList());
         QCOMPARE(m_shell->messageTexts(2), passes ? QStringList() : QStringList {kTooEarly});
         QCOMPARE(spin(page, "spinBox_feedback_delay")->value(), detect);
+        // The refusal points at the detect time, naming both fields.
+        const FieldHint *hint = FieldHint::visibleIn(&page);
+        QCOMPARE(hint ? hint->text() : QString(),
+            passes ? QString()
+                   : "Laser detect time (ms) must not be less than Laser check out time (ms)");
+        if (!passes)
+            QVERIFY(spin(page, "spinBox_feedback_delay")->isAncestorOf(page.focusWidget()));
 
         // The same check guards switching welding on.
         m_controller->clearSent();

@@ -8,6 +8,8 @@
 
 #include "controller/controllersimulator.h"
 
+#include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -169,6 +171,19 @@ int PendantWindow::changeModelWindowStatus(const QString &pluginKey, bool modal)
 {
     m_modalState->setText(modal ? tr("%1: modal window open").arg(pluginKey) : QString());
     return 0;
+}
+
+void PendantWindow::closeEvent(QCloseEvent *event)
+{
+    for (int i = 0; i < m_centre->count(); ++i) {
+        QCloseEvent pageClose;
+        QCoreApplication::sendEvent(m_centre->widget(i), &pageClose);
+        if (!pageClose.isAccepted()) {
+            event->ignore();
+            return;
+        }
+    }
+    QMainWindow::closeEvent(event);
 }
 
 void PendantWindow::reportProblem(const QString &text)

@@ -58,6 +58,10 @@ public:
     // Shows the visible centre page again, so that it follows a new user level.
     void reshowCentre();
 
+protected:
+    // Each centre page may keep the window open, as a plug-in page with unsaved changes does.
+    void closeEvent(QCloseEvent *event) override;
+
 private:
     CellLink *m_cell;
     QTabWidget *m_centre;

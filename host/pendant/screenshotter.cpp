@@ -9,11 +9,14 @@
 #include "kelplugin/rlcatalog.h"
 #include "kelplugin/rlcontentbase.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QKeyEvent>
+#include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -21,6 +24,7 @@
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
 
@@ -100,6 +104,7 @@ QStringList Screenshotter::run()
     shootInstructionEditors();
     if (m_controller) {
         shootFitQuality();
+        shootFieldChecks();
         shootWeldRun();
     }
     return m_written;
@@ -156,6 +161,71 @@ void Screenshotter::shootFitQuality()
             {QStringLiteral("power_nodes_data"),
                 curvesBefore.value(QStringLiteral("power_nodes_data"))}});
     send(QStringLiteral("set_weld_io_config"), ioBefore);
+}
+
+void Screenshotter::shootFieldChecks()
+{
+    const auto type = [](QWidget *field, const QString &text, int key) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+        QApplication::sendEvent(field, &press);
+        QApplication::sendEvent(field, &release);
+    };
+    const auto typeNumber = [&type](QAbstractSpinBox *field, const QString &number) {
+        field->selectAll();
+        for (const QChar digit : number)
+            type(field, digit, Qt::Key_0 + digit.digitValue());
+        type(field, QString(), Qt::Key_Return);
+    };
+    QTabWidget *tabs = m_window->centreTabs();
+    for (int i = 0; i < tabs->count(); ++i) {
+        QWidget *centre = tabs->widget(i);
+        auto *field
+            = centre->findChild<QAbstractSpinBox *>(QStringLiteral("spinBox_manual_gas_time"));
+        QList<QToolButton *> pages;
+        for (QToolButton *button : centre->findChildren<QToolButton *>()) {
+            if (button->isCheckable())
+                pages.append(button);
+        }
+        if (!field || pages.size() < 2)
+            continue;
+        tabs->setCurrentIndex(i);
+        pages.first()->click();
+        settle();
+        field->setFocus();
+        // Below the gas purge time's minimum of 1000 ms: refused at the field.
+        typeNumber(field, QStringLiteral("999"));
+        settle();
+        save(centre, QStringLiteral("field-refused-WeldSettingPage"));
+
+        // A change, then another page: the question comes; the shot's edit is discarded.
+        typeNumber(field, QStringLiteral("6000"));
+        QTimer::singleShot(0, m_window, [this] {
+            QWidget *box = QApplication::activeModalWidget();
+            if (!box) {
+                m_errors.append(QStringLiteral("no question about unsaved changes"));
+                return;
+            }
+            settle();
+            QImage shot = m_window->grab().toImage();
+            QPainter painter(&shot);
+            const QPixmap question = box->grab();
+            const QRect frame(QPoint((shot.width() - question.width()) / 2,
+                                  (shot.height() - question.height()) / 2),
+                question.size());
+            painter.drawPixmap(frame.topLeft(), question);
+            // The window manager's frame, which the offscreen platform does not draw.
+            painter.setPen(QPen(Qt::darkGray, 2));
+            painter.drawRect(frame.adjusted(-1, -1, 0, 0));
+            painter.end();
+            saveImage(shot, QStringLiteral("question-unsaved-changes"));
+            if (auto *discard = box->findChild<QPushButton *>(QStringLiteral("unsavedDiscard")))
+                discard->click();
+        });
+        pages.at(1)->click();
+        settle();
+        return;
+    }
 }
 
 void Screenshotter::shootWeldRun()
@@ -233,10 +303,15 @@ void Screenshotter::shootWeldRun()
 
 void Screenshotter::save(QWidget *widget, const QString &name)
 {
+    saveImage(widget->grab().toImage(), name);
+}
+
+void Screenshotter::saveImage(const QImage &picture, const QString &name)
+{
     const QString path = m_folder.filePath(fileSafe(name) + QStringLiteral(".png"));
     // Pages are flat colours and text: an indexed palette keeps the files small.
-    const QImage image = widget->grab().toImage().convertToFormat(
-        QImage::Format_Indexed8, Qt::ThresholdDither | Qt::AvoidDither);
+    const QImage image
+        = picture.convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither | Qt::AvoidDither);
     if (image.save(path, "PNG", 0))
         m_written.append(path);
     else

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 class PendantWindow;
+class QImage;
 class ProgramEditor;
 class QWidget;
 
@@ -18,9 +19,10 @@ class ControllerSimulator;
 class Screenshotter
 {
 public:
-    // With a controller, the shots end with two scenes: a calibration node typed off its line
-    // after Compute, and a weld run (the program editor during the run and the monitor's trend
-    // of it). The records are put back afterwards; the weld stays in the weld log.
+    // With a controller, the shots end with three scenes: a calibration node typed off its line
+    // after Compute, a refused field and the unsaved-changes question (the edit discarded), and
+    // a weld run (the program editor during the run and the monitor's trend of it). The records
+    // are put back afterwards; the weld stays in the weld log.
     Screenshotter(PendantWindow *window, const QString &folder,
         kelcontroller::ControllerSimulator *controller = nullptr);
 
@@ -30,6 +32,7 @@ public:
 
 private:
     void save(QWidget *widget, const QString &name);
+    void saveImage(const QImage &image, const QString &name);
     // False when the page has no navigation column.
     bool shootPluginPages(QWidget *centre, const QString &prefix);
     // The centre area as the operator sees it and, when the page scrolls, the whole page.
@@ -43,6 +46,8 @@ private:
     void shootInstructionEditors();
     void shootWeldRun();
     void shootFitQuality();
+    // A number typed below its field's minimum, and the question about unsaved changes.
+    void shootFieldChecks();
     // Restores two of the preview's three changed records, then the third: the records end as
     // they were before the preview's edits, or errors() says what differs.
     void restoreFromPreview(QWidget *centre);

@@ -8,6 +8,7 @@
 #include "core/commandchannel.h"
 #include "core/logline.h"
 #include "widget/customchart.h"
+#include "widget/fieldguard.h"
 
 #include "kelplugin/hostfunctions.h"
 #include "kelplugin/interfacemanager.h"
@@ -197,6 +198,7 @@ CharacteristicsCurvePage::CharacteristicsCurvePage(WeldSettingPage *settingPage,
         // The tables start with as many rows as their combo says, before any record arrives.
         refreshTable(curve, m_curves[i].nodeCount->currentIndex());
     }
+    FieldGuard::install(this);
 }
 
 CharacteristicsCurvePage::~CharacteristicsCurvePage() = default;
@@ -240,18 +242,24 @@ QString CharacteristicsCurvePage::nodesRefusal(const QVector<QPointF> &nodes)
 {
     if (nodes.size() < 2)
         return tr("Validation failed,The table requires at least two rows of data!");
+    const int i = firstFallingNode(nodes);
+    if (i < 0)
+        return QString();
+    const QString message
+        = tr("The data in line %1 must be greater than the data in row %2!").arg(i + 1).arg(i);
+    // The formatted text goes through the translation once more, as the catalogue expects.
+    return tr(message.toUtf8().constData());
+}
+
+int CharacteristicsCurvePage::firstFallingNode(const QVector<QPointF> &nodes)
+{
     for (int i = 1; i < nodes.size(); ++i) {
         const QPointF &previous = nodes.at(i - 1);
         const QPointF &node = nodes.at(i);
-        if (previous.x() < node.x() && previous.y() < node.y())
-            continue;
-        const QString message
-            = tr("The data in line %1 must be greater than the data in row %2!").arg(i + 1).arg(i);
-        // The formatted text goes through the translation once more, as the catalogue
-        // expects.
-        return tr(message.toUtf8().constData());
+        if (!(previous.x() < node.x() && previous.y() < node.y()))
+            return i;
     }
-    return QString();
+    return -1;
 }
 
 bool CharacteristicsCurvePage::validate(Curve curve)
@@ -268,7 +276,66 @@ bool CharacteristicsCurvePage::validate(Curve curve)
     if (refusal.isEmpty())
         return true;
     kelplugin::ThrowLog(kPluginKey, kelplugin::THROW_LOG_WARNING, refusal);
+    const int node = firstFallingNode(nodes);
+    if (node < 0) {
+        FieldGuard::point(m_curves[curve].nodeCount, tr("At least two nodes"));
+        return false;
+    }
+    // The value that does not rise is the one to correct; the raw value is checked first.
+    const bool rawFalls = !(nodes.at(node - 1).x() < nodes.at(node).x());
+    QWidget *field = rawFalls ? static_cast<QWidget *>(rawSpin(table, node))
+                              : static_cast<QWidget *>(physicalSpin(table, node));
+    FieldGuard::point(field,
+        tr("%1 must be greater than in node %2").arg(FieldGuard::fieldName(field)).arg(node));
     return false;
+}
+
+bool CharacteristicsCurvePage::isModified(Curve curve) const
+{
+    const QJsonArray filled = m_state->filledForm().toArray();
+    return m_state->allRead() && curve < filled.size() && filled.at(curve) != curveObject(curve);
+}
+
+bool CharacteristicsCurvePage::hasUnsavedChanges() const
+{
+    for (int i = 0; i < CurveCount; ++i) {
+        if (isModified(Curve(i)))
+            return true;
+    }
+    return false;
+}
+
+QString CharacteristicsCurvePage::unsavedChangesName() const
+{
+    QStringList tabs;
+    for (int i = 0; i < CurveCount; ++i) {
+        if (isModified(Curve(i)))
+            tabs.append(m_ui.tabWidget->tabText(m_ui.tabWidget->indexOf(m_curves[i].tab)));
+    }
+    return tr("the characteristic curves (%1)").arg(tabs.join(QStringLiteral(", ")));
+}
+
+bool CharacteristicsCurvePage::saveChanges()
+{
+    QList<Curve> modified;
+    for (int i = 0; i < CurveCount; ++i) {
+        if (isModified(Curve(i)))
+            modified.append(Curve(i));
+    }
+    for (const Curve curve : modified) {
+        save(curve);
+        if (isModified(curve)) {
+            // The tab that could not be saved stays in front, its message beside it.
+            m_ui.tabWidget->setCurrentWidget(m_curves[curve].tab);
+            return false;
+        }
+    }
+    return true;
+}
+
+void CharacteristicsCurvePage::discardChanges()
+{
+    readRecord();
 }
 
 void CharacteristicsCurvePage::computeChart(Curve curve)
@@ -420,16 +487,26 @@ void CharacteristicsCurvePage::save(Curve curve)
         return;
     drawFit(curve);
     const QString &command = curveKeys()[curve].saveCommand;
-    kellaser::PageSave::send({this, kCurveRecord, command, curveObject(curve),
-        [this, command](const QJsonArray &reply) { checkSaveResult(reply, command); },
-        [this] {
-            readRecord();
-            for (int i = 0; i < CurveCount; ++i) {
-                if (m_curves[i].chart->hasLine())
-                    computeChart(Curve(i));
-            }
-        },
-        m_state});
+    const QJsonObject sent = curveObject(curve);
+    const kellaser::CommandChannel::Entry entry
+        = kellaser::PageSave::send({this, kCurveRecord, command, sent,
+            [this, command](const QJsonArray &reply) { checkSaveResult(reply, command); },
+            [this] {
+                readRecord();
+                for (int i = 0; i < CurveCount; ++i) {
+                    if (m_curves[i].chart->hasLine())
+                        computeChart(Curve(i));
+                }
+            },
+            nullptr});
+    // Only this tab's table reached the controller; the other tabs keep their changes.
+    if (entry.outcome == kellaser::CommandChannel::Outcome::Success) {
+        QJsonArray filled = m_state->filledForm().toArray();
+        if (curve < filled.size()) {
+            filled.replace(curve, sent);
+            m_state->setFilledForm(filled);
+        }
+    }
 }
 
 void CharacteristicsCurvePage::readRecord()
@@ -473,6 +550,7 @@ void CharacteristicsCurvePage::resizeTable(Curve curve, int rows)
             rawBox->setRange(0.0, 65535.99);
             rawBox->setDecimals(2);
             rawBox->setSingleStep(0.01);
+            FieldGuard::guard(rawBox, tr("Node %1 output value").arg(row + 1));
             table->setCellWidget(row, kRawColumn, rawBox);
             connect(rawBox, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
                 [this, curve] { clearFitQuality(curve); });
@@ -480,6 +558,13 @@ void CharacteristicsCurvePage::resizeTable(Curve curve, int rows)
         if (!physicalSpin(table, row)) {
             auto *physicalBox = new QSpinBox(table);
             physicalBox->setRange(range.first, range.second);
+            FieldGuard::guard(physicalBox,
+                tr("Node %1 %2")
+                    .arg(row + 1)
+                    .arg(table->horizontalHeaderItem(kPhysicalColumn)
+                            ? table->horizontalHeaderItem(kPhysicalColumn)->text().trimmed()
+                            : QString()),
+                QLatin1String(kUnits[curve]));
             table->setCellWidget(row, kPhysicalColumn, physicalBox);
             connect(physicalBox, qOverload<int>(&QSpinBox::valueChanged), this,
                 [this, curve] { clearFitQuality(curve); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editedform.h"
 #include "recordstate.h"
 #include "ui_characteristicscurvepage.h"
 
@@ -22,7 +23,7 @@ class WeldSettingPage;
 // The characteristic curve page: node tables for laser power, wire feed speed, PWM frequency
 // and PWM duty cycle. The controller fits a line through each table and stores it; the page
 // checks the tables, shows nodes and line in a chart and keeps nothing itself.
-class CharacteristicsCurvePage : public QWidget
+class CharacteristicsCurvePage : public QWidget, public EditedForm
 {
     Q_OBJECT
 public:
@@ -64,9 +65,17 @@ public:
     // Why Save would refuse these (raw, physical) nodes: fewer than two, or a node not above
     // the one before it in both values; empty when it would send them.
     static QString nodesRefusal(const QVector<QPointF> &nodes);
+    // The first node (0-based) that is not above the one before it, -1 when there is none.
+    static int firstFallingNode(const QVector<QPointF> &nodes);
 
     // Checks one tab's table and tells the operator about the first bad row.
     bool validate(Curve curve);
+
+    // Each tab counts on its own: saving one tab leaves another's changes unsaved.
+    bool hasUnsavedChanges() const override;
+    QString unsavedChangesName() const override;
+    bool saveChanges() override;
+    void discardChanges() override;
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -114,6 +123,7 @@ private:
     void setUpFitTable(Curve curve);
     static void setNode(QTableWidget *table, int row, double raw, int physical);
     bool isLocked() const;
+    bool isModified(Curve curve) const;
 
     Ui::CharacteristicsCurvePage m_ui;
     std::array<CurveWidgets, CurveCount> m_curves;

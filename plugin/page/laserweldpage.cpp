@@ -4,6 +4,7 @@
 #include "characteristicscurvepage.h"
 #include "configbackup.h"
 #include "configrestore.h"
+#include "editedform.h"
 #include "lasertrackingpage.h"
 #include "pagesave.h"
 #include "recordstate.h"
@@ -21,6 +22,7 @@
 #include "kelplugin/interfacemanager.h"
 
 #include <QBoxLayout>
+#include <QCloseEvent>
 #include <QDateTime>
 #include <QFile>
 #include <QFileDialog>
@@ -225,11 +227,51 @@ void LaserWeldPage::addNavigation(
 
 void LaserWeldPage::selectPage(QToolButton *button, const QString &title)
 {
-    m_ui.stackedWidget->setCurrentIndex(button->property(kPageIndex).toInt());
+    const int index = button->property(kPageIndex).toInt();
+    QWidget *current = m_ui.stackedWidget->currentWidget();
+    auto *form = dynamic_cast<EditedForm *>(current);
+    if (form && m_ui.stackedWidget->widget(index) != current) {
+        // The clicked button checked itself; while the question is open the page in front is
+        // still the one marked.
+        checkNavigation(m_ui.stackedWidget->currentIndex());
+        if (!form->mayLeave(this))
+            return;
+    }
+    m_ui.stackedWidget->setCurrentIndex(index);
     m_ui.lblTitle->setText(title);
+    checkNavigation(index);
+}
+
+void LaserWeldPage::checkNavigation(int pageIndex)
+{
     const auto buttons = m_ui.wgtNav->findChildren<QToolButton *>();
-    for (QToolButton *other : buttons)
-        other->setChecked(other == button);
+    for (QToolButton *button : buttons)
+        button->setChecked(button->property(kPageIndex).toInt() == pageIndex);
+}
+
+void LaserWeldPage::closeEvent(QCloseEvent *event)
+{
+    // The page in front first, then the others in navigation order.
+    QList<QWidget *> pages {m_ui.stackedWidget->currentWidget()};
+    for (int i = 0; i < m_ui.stackedWidget->count(); ++i) {
+        if (!pages.contains(m_ui.stackedWidget->widget(i)))
+            pages.append(m_ui.stackedWidget->widget(i));
+    }
+    for (QWidget *page : pages) {
+        auto *form = dynamic_cast<EditedForm *>(page);
+        if (!form || form->mayLeave(this))
+            continue;
+        event->ignore();
+        // The operator stays with the changes in front.
+        const auto buttons = m_ui.wgtNav->findChildren<QToolButton *>();
+        for (QToolButton *button : buttons) {
+            if (m_ui.stackedWidget->widget(button->property(kPageIndex).toInt()) == page
+                && page != m_ui.stackedWidget->currentWidget())
+                button->click();
+        }
+        return;
+    }
+    event->accept();
 }
 
 void LaserWeldPage::showEvent(QShowEvent *event)

@@ -43,6 +43,8 @@ public:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    // Asks about unsaved changes on every page before the pendant window closes.
+    void closeEvent(QCloseEvent *event) override;
 
 private slots:
     // While welding is on, only the device settings page's main switch stays usable.
@@ -52,6 +54,7 @@ private:
     void addNavigation(
         const QString &icon, const QString &title, const QString &caption, QWidget *page);
     void selectPage(QToolButton *button, const QString &title);
+    void checkNavigation(int pageIndex);
     kellaser::RecordState *recordState(QWidget *page) const;
     void updateBanner();
 

@@ -29,6 +29,9 @@ public:
     // Remembers the form as filled from the controller (after a read or a successful save).
     void markFilled();
     bool isEdited() const;
+    // The form as last filled, and a way to set it when only part of the form was saved.
+    QJsonValue filledForm() const { return m_filled; }
+    void setFilledForm(const QJsonValue &filled) { m_filled = filled; }
 
 signals:
     void changed();

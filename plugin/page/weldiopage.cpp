@@ -7,6 +7,7 @@
 #include "core/commandchannel.h"
 #include "core/logline.h"
 #include "core/styledescription.h"
+#include "widget/fieldguard.h"
 #include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
@@ -139,6 +140,7 @@ WeldioPage::WeldioPage(WeldSettingPage *settingPage, QWidget *parent)
     m_state->setForm([this] { return record(); });
     connect(m_ui.pushButton_Save, &QPushButton::clicked, this, &WeldioPage::save);
     connect(m_ui.pushButton_Cancel, &QPushButton::clicked, this, &WeldioPage::cancel);
+    FieldGuard::install(this);
 }
 
 WeldioPage::~WeldioPage() = default;
@@ -318,8 +320,12 @@ const struct
 
 } // namespace
 
-QString WeldioPage::recordRefusal(const QJsonObject &record)
+QString WeldioPage::recordRefusal(const QJsonObject &record, QString *portKey)
 {
+    const auto atFault = [portKey](const char *key) {
+        if (portKey)
+            *portKey = QLatin1String(key);
+    };
     const auto inUse = [&record](const char *enable) {
         return !enable || record.value(QLatin1String(enable)).toBool();
     };
@@ -333,14 +339,18 @@ QString WeldioPage::recordRefusal(const QJsonObject &record)
                 continue;
             const int typeIndex = row.type ? record.value(QLatin1String(row.type)).toInt() : -1;
             const QString key = port + QLatin1Char('_') + QString::number(typeIndex);
-            if (used.contains(key))
+            if (used.contains(key)) {
+                atFault(row.port);
                 return tr("Port %1 is already in use, save failed!").arg(port);
+            }
             used.insert(key);
         }
     }
     for (const auto &row : kRowKeys) {
-        if (inUse(row.enable) && record.value(QLatin1String(row.port)).toString().isEmpty())
+        if (inUse(row.enable) && record.value(QLatin1String(row.port)).toString().isEmpty()) {
+            atFault(row.port);
             return tr("There is an empty port. Please check and reconfigure!");
+        }
     }
     return QString();
 }
@@ -350,14 +360,52 @@ void WeldioPage::save()
     if (!kellaser::PageSave::mayChange(tr("Insufficient user permissions!"), m_state->allRead()))
         return;
     const QJsonObject io = record();
-    const QString refusal = recordRefusal(io);
+    QString portKey;
+    const QString refusal = recordRefusal(io, &portKey);
     if (!refusal.isEmpty()) {
         kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR, refusal);
+        pointAt(portKey);
         return;
     }
     kellaser::PageSave::send({this, recordKey(), saveCommand(), io,
         [this](const QJsonArray &reply) { checkSaveResult(reply); }, [this] { readRecord(); },
         m_state});
+}
+
+void WeldioPage::pointAt(const QString &portKey)
+{
+    for (const Row &row : m_rows) {
+        if (row.portKey != portKey)
+            continue;
+        const QString port = row.port->currentText();
+        FieldGuard::point(row.port,
+            port.isEmpty()
+                ? tr("%1: no port assigned").arg(row.caption->text())
+                : tr("%1: port %2 is already in use above").arg(row.caption->text(), port));
+        return;
+    }
+}
+
+bool WeldioPage::hasUnsavedChanges() const
+{
+    // A form that does not hold the controller's record has nothing to lose.
+    return m_state->allRead() && m_state->isEdited();
+}
+
+QString WeldioPage::unsavedChangesName() const
+{
+    return tr("the I/O assignment");
+}
+
+bool WeldioPage::saveChanges()
+{
+    save();
+    return !hasUnsavedChanges();
+}
+
+void WeldioPage::discardChanges()
+{
+    readRecord();
 }
 
 void WeldioPage::readRecord()

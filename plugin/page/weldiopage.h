@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editedform.h"
 #include "recordstate.h"
 #include "ui_weldiopage.h"
 
@@ -19,7 +20,7 @@ class WeldSettingPage;
 
 // The I/O mapping page: which controller ports drive the laser, the gas and the wire feeder,
 // and which ports report back. Edits the controller's weld_io_config record.
-class WeldioPage : public QWidget
+class WeldioPage : public QWidget, public EditedForm
 {
     Q_OBJECT
 public:
@@ -35,11 +36,17 @@ public:
     QJsonObject record() const;
     // Why Save would refuse this record (a port used twice, an empty port on a row in use), in
     // the operator's words; empty when it would send it.
-    static QString recordRefusal(const QJsonObject &record);
+    // portKey, if given, gets the port key of the row at fault.
+    static QString recordRefusal(const QJsonObject &record, QString *portKey = nullptr);
     // Fills the widgets from a record, key by key in the record's write order.
     void loadRecord(const QJsonObject &record);
     // Whether the form holds the controller's record, and whether it was edited since.
     kellaser::RecordState *recordState() const { return m_state; }
+
+    bool hasUnsavedChanges() const override;
+    QString unsavedChangesName() const override;
+    bool saveChanges() override;
+    void discardChanges() override;
 
 signals:
     void settingChanged();
@@ -108,6 +115,8 @@ private:
 
     void save();
     void cancel();
+    // Focuses the port drop-down of the row at fault and says why there.
+    void pointAt(const QString &portKey);
     // Reads weld_io_config into the form (without refilling the drop-downs).
     void readRecord();
 

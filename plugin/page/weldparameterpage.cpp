@@ -1,10 +1,12 @@
 #include "weldparameterpage.h"
 
 #include "editorpreviews.h"
+#include "equipmentlimits.h"
 #include "pagesave.h"
 #include "weldprofile.h"
 
 #include "core/commandchannel.h"
+#include "widget/fieldguard.h"
 #include "widget/headerwidgetview.h"
 #include "widget/switchbutton.h"
 
@@ -33,6 +35,7 @@ const QString kMatchCommand = QStringLiteral("set_weld_param_match_config");
 const QString kWeldDataPrefix = QStringLiteral("LsData");
 const QString kMatchPrefix = QStringLiteral("PowerData");
 const QString kPowerData = QStringLiteral("power_data");
+const QString kSettingRecord = QStringLiteral("weld_setting_config");
 
 // The controller only runs linear ramps; the selectors show it and cannot change it.
 constexpr int kFixedRampMode = 2;
@@ -104,6 +107,8 @@ const MatchSwitch kMatchSwitches[] = {
 
 // Ranges of the matching table's value columns 1..4: speed, power, frequency, duty cycle.
 const int kMatchMaximum[] = {500, 9999, 9999, 100};
+const char *const kMatchUnits[] = {"mm/s", "W", "Hz", "%"};
+constexpr int kMatchPowerColumn = 2;
 
 // Rows of the weld data editor that only matter for some selector choices.
 struct DependentRow
@@ -185,6 +190,7 @@ WeldParameterPage::WeldParameterPage(WeldSettingPage *, QWidget *parent) : QWidg
             return QJsonValue();
         }
     });
+    FieldGuard::install(this);
 }
 
 WeldParameterPage::~WeldParameterPage() = default;
@@ -506,6 +512,11 @@ void WeldParameterPage::onDetailed()
             tr("Please select a row of data in the table first"));
         return;
     }
+    // Opening a set replaces the one still held in its editor.
+    if (!mayLeave(this)) {
+        m_ui.stackedWidget->setCurrentIndex(openSetEditor());
+        return;
+    }
     const QString number = QString::number(row + 1);
     m_ui.label_title->clear();
     if (tab == 0) {
@@ -521,6 +532,55 @@ void WeldParameterPage::onDetailed()
     m_state->markFilled();
 }
 
+WeldParameterPage::StackPage WeldParameterPage::openSetEditor() const
+{
+    const QString name = m_ui.label_title->text();
+    if (name.startsWith(kWeldDataPrefix))
+        return WeldDataEditor;
+    if (name.startsWith(kMatchPrefix))
+        return MatchingEditor;
+    return MainPage;
+}
+
+void WeldParameterPage::reloadOpenSet()
+{
+    if (openSetEditor() == WeldDataEditor)
+        loadWeldDataSet();
+    else if (openSetEditor() == MatchingEditor)
+        openMatchingSet(m_ui.label_title->text());
+}
+
+bool WeldParameterPage::hasUnsavedChanges() const
+{
+    switch (openSetEditor()) {
+    case WeldDataEditor:
+        return !m_weldDataBaseline.isEmpty() && weldDataSet() != m_weldDataBaseline;
+    case MatchingEditor:
+        return !m_matchingBaseline.isEmpty() && createMatchDataJson() != m_matchingBaseline;
+    case MainPage:
+        break;
+    }
+    return false;
+}
+
+QString WeldParameterPage::unsavedChangesName() const
+{
+    return m_ui.label_title->text();
+}
+
+bool WeldParameterPage::saveChanges()
+{
+    // Saved as by its own Save button, with its editor in front.
+    m_ui.stackedWidget->setCurrentIndex(openSetEditor());
+    onSave();
+    return !hasUnsavedChanges();
+}
+
+void WeldParameterPage::discardChanges()
+{
+    reloadOpenSet();
+}
+
 void WeldParameterPage::loadWeldDataSet()
 {
     const QJsonValue value = kelplugin::kelPluginInterface().getKelServiceData(kWeldDataRecord);
@@ -529,10 +589,12 @@ void WeldParameterPage::loadWeldDataSet()
     // Anything but a set object is a set the controller does not have yet.
     if (!set.isObject()) {
         resetWeldDataEditor();
+        m_weldDataBaseline = value.isObject() ? weldDataSet() : QJsonObject();
         m_state->note(kWeldDataRecord, value.isObject());
         return;
     }
     setWeldDataSet(set.toObject());
+    m_weldDataBaseline = weldDataSet();
     m_state->note(kWeldDataRecord, true);
     qDebug().noquote() << "wire_retract_time_end:"
                        << set.toObject().value(QStringLiteral("wire_retract_time_end")).toInt();
@@ -557,21 +619,83 @@ void WeldParameterPage::onSave()
             tr("Insufficient user permissions!"), m_state->isRead(record)))
         return;
     const QString name = m_ui.label_title->text();
+    const auto saved = [](const kellaser::CommandChannel::Entry &entry) {
+        return entry.outcome == kellaser::CommandChannel::Outcome::Success;
+    };
     if (page == WeldDataEditor) {
-        kellaser::PageSave::send(
-            {this, kWeldDataRecord, kWeldDataCommand, QJsonObject {{name, weldDataSet()}},
-                [this](const QJsonArray &reply) { checkSaveResult(reply, kWeldDataCommand); },
-                [this] { loadWeldDataSet(); }, m_state});
+        const QJsonObject set = weldDataSet();
+        if (!withinEquipment(set))
+            return;
+        if (saved(kellaser::PageSave::send(
+                {this, kWeldDataRecord, kWeldDataCommand, QJsonObject {{name, set}},
+                    [this](const QJsonArray &reply) { checkSaveResult(reply, kWeldDataCommand); },
+                    [this] { loadWeldDataSet(); }, m_state})))
+            m_weldDataBaseline = set;
         return;
     }
     if (!validateMatchingTableParams())
         return;
     const QJsonObject set = createMatchDataJson();
-    if (set.isEmpty())
+    if (set.isEmpty() || !matchingWithinEquipment())
         return;
-    kellaser::PageSave::send({this, kMatchRecord, kMatchCommand, QJsonObject {{name, set}},
-        [this](const QJsonArray &reply) { checkSaveResult(reply, kMatchCommand); },
-        [this, name] { openMatchingSet(name); }, m_state});
+    if (saved(
+            kellaser::PageSave::send({this, kMatchRecord, kMatchCommand, QJsonObject {{name, set}},
+                [this](const QJsonArray &reply) { checkSaveResult(reply, kMatchCommand); },
+                [this, name] { openMatchingSet(name); }, m_state})))
+        m_matchingBaseline = set;
+}
+
+namespace {
+
+// The refusal of a value above the equipment's limit: the message names the field and the
+// limit, the hint at the field gives the limit.
+void refuseAboveLimit(QWidget *field, EquipmentLimits::Kind kind, int value, int limit)
+{
+    const QString name = FieldGuard::fieldName(field);
+    const bool power = kind == EquipmentLimits::Power;
+    const QString message = power
+        ? WeldParameterPage::tr("%1: %2 W is above the laser unit's maximum power of %3 W "
+                                "(device settings). Nothing was saved.")
+        : WeldParameterPage::tr("%1: %2 mm/s is above the wire feeder's maximum speed of %3 mm/s "
+                                "(device settings). Nothing was saved.");
+    kelplugin::ThrowLog(
+        kPluginKey, kelplugin::THROW_LOG_WARNING, message.arg(name).arg(value).arg(limit));
+    const QString hint = power ? WeldParameterPage::tr("At most %1 W: the laser unit's maximum")
+                               : WeldParameterPage::tr("At most %1 mm/s: the feeder's maximum");
+    FieldGuard::point(field, hint.arg(limit));
+}
+
+} // namespace
+
+bool WeldParameterPage::withinEquipment(const QJsonObject &weldData)
+{
+    const EquipmentLimits limits = EquipmentLimits::fromSettings(
+        kelplugin::kelPluginInterface().getKelServiceData(kSettingRecord));
+    const EquipmentLimits::Breach breach = limits.firstBreach(weldData);
+    if (breach.kind == EquipmentLimits::None)
+        return true;
+    for (const WeldDataField &field : kWeldDataFields) {
+        if (breach.key == QLatin1String(field.key)) {
+            refuseAboveLimit(findChild<QSpinBox *>(QLatin1String(field.widget)), breach.kind,
+                breach.value, breach.limit);
+        }
+    }
+    return false;
+}
+
+bool WeldParameterPage::matchingWithinEquipment()
+{
+    const EquipmentLimits limits = EquipmentLimits::fromSettings(
+        kelplugin::kelPluginInterface().getKelServiceData(kSettingRecord));
+    QTableWidget *table = m_ui.tableWidget_matching;
+    for (int row = 1; limits.maxPower() >= 0 && row < table->rowCount(); ++row) {
+        QSpinBox *power = cellSpinBox(table, row, kMatchPowerColumn);
+        if (power && power->value() > limits.maxPower()) {
+            refuseAboveLimit(power, EquipmentLimits::Power, power->value(), limits.maxPower());
+            return false;
+        }
+    }
+    return true;
 }
 
 void WeldParameterPage::checkSaveResult(const QJsonArray &reply, const QString &command)
@@ -623,6 +747,9 @@ void WeldParameterPage::resetMatchingTable()
         for (int column = 1; column < matchingColumns; ++column) {
             auto *spin = new QSpinBox;
             spin->setRange(0, kMatchMaximum[column - 1]);
+            FieldGuard::guard(spin,
+                QStringLiteral("%1 · %2").arg(node->text(), captions.at(column)),
+                QLatin1String(kMatchUnits[column - 1]));
             spin->setAlignment(Qt::AlignCenter);
             spin->setStyleSheet(QStringLiteral("QSpinBox{border:none;background:transparent;}"));
             table->setCellWidget(row, column, spin);
@@ -659,6 +786,7 @@ void WeldParameterPage::openMatchingSet(const QString &name)
         if (!hasHeaderSwitches())
             resetMatchingTable();
     }
+    m_matchingBaseline = value.isObject() ? createMatchDataJson() : QJsonObject();
     m_state->note(kMatchRecord, value.isObject());
 }
 
@@ -790,6 +918,11 @@ bool WeldParameterPage::validateMatchingTableParams(QTableWidget *table)
                                  << " Current:" << current;
             kelplugin::ThrowLog(
                 kPluginKey, kelplugin::THROW_LOG_WARNING, matchingRefusalText(check.column, row));
+            QSpinBox *field = cellSpinBox(table, row, check.column);
+            FieldGuard::point(field,
+                tr("%1 must be greater than in node %2")
+                    .arg(FieldGuard::fieldName(field))
+                    .arg(row - 1));
             return false;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editedform.h"
 #include "recordstate.h"
 #include "weldprofile.h"
 
@@ -18,7 +19,7 @@ class WeldSettingPage;
 // The weld process schedules: the weld data sets "LsData1".."LsData30" of "weld_param_config"
 // and the parameter-matching sets "PowerData1".."PowerData10" of "weld_param_match", listed
 // on two tabs, each opened in its own editor and saved set by set.
-class WeldParameterPage : public QWidget
+class WeldParameterPage : public QWidget, public EditedForm
 {
     Q_OBJECT
 public:
@@ -69,6 +70,13 @@ public:
     // editor was edited since it was filled.
     kellaser::RecordState *recordState() const { return m_state; }
 
+    // The set open in an editor (named by the title label) against what was last loaded or
+    // saved; it stays held after "Back" until another set is opened, which asks first.
+    bool hasUnsavedChanges() const override;
+    QString unsavedChangesName() const override;
+    bool saveChanges() override;
+    void discardChanges() override;
+
 protected:
     void showEvent(QShowEvent *event) override;
 
@@ -78,6 +86,12 @@ private:
     void onDetailed();
     void onBack();
     void onSave();
+    // Refuses values above what the laser unit and the wire feeder can do; true when within.
+    bool withinEquipment(const QJsonObject &weldData);
+    bool matchingWithinEquipment();
+    // The editor of the set the title label names, and reading that set into it again.
+    StackPage openSetEditor() const;
+    void reloadOpenSet();
     void openMatchingSet(const QString &name);
     void resetMatchingTable();
     bool hasHeaderSwitches() const;
@@ -98,5 +112,8 @@ private:
     // still shows what loading put there (m_loadedForm).
     QVector<kellaser::WeldProfile::Problem> m_storedProblems;
     QJsonObject m_loadedForm;
+    // The open set as last loaded or saved, for the unsaved-changes question.
+    QJsonObject m_weldDataBaseline;
+    QJsonObject m_matchingBaseline;
     kellaser::RecordState *m_state = new kellaser::RecordState(this);
 };

@@ -5,6 +5,7 @@
 
 #include "core/commandchannel.h"
 #include "core/styledescription.h"
+#include "widget/fieldguard.h"
 #include "widget/stylesheet.h"
 #include "widget/switchbutton.h"
 
@@ -92,9 +93,32 @@ WeldSettingPage::WeldSettingPage(QWidget *parent) : QWidget(parent)
     setRetractionPlanStatus(m_ui.pushButton_Retraction->isOn());
     setWireStickingPlanStatus(m_ui.pushButton_WireSticking->isOn());
     setFeederPlanStatus(m_ui.pushButton_Feeder->isOn());
+    FieldGuard::install(this);
 }
 
 WeldSettingPage::~WeldSettingPage() = default;
+
+bool WeldSettingPage::hasUnsavedChanges() const
+{
+    // A form that does not hold the controller's record has nothing to lose.
+    return m_state->allRead() && m_state->isEdited();
+}
+
+QString WeldSettingPage::unsavedChangesName() const
+{
+    return tr("the device settings");
+}
+
+bool WeldSettingPage::saveChanges()
+{
+    save();
+    return !hasUnsavedChanges();
+}
+
+void WeldSettingPage::discardChanges()
+{
+    readRecord();
+}
 
 void WeldSettingPage::initStyle()
 {
@@ -273,6 +297,10 @@ bool WeldSettingPage::validate()
     const QString refusal = recordRefusal(record());
     if (!refusal.isEmpty()) {
         kelplugin::ThrowLog(pluginKey(), kelplugin::THROW_LOG_ERROR, refusal);
+        FieldGuard::point(m_ui.spinBox_feedback_delay,
+            tr("%1 must not be less than %2")
+                .arg(FieldGuard::fieldName(m_ui.spinBox_feedback_delay),
+                    FieldGuard::fieldName(m_ui.spinBox_laser_check_out_time)));
         return false;
     }
     return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editedform.h"
 #include "recordstate.h"
 #include "ui_weldsettingpage.h"
 
@@ -12,7 +13,7 @@ class SwitchButton;
 
 // The device settings page: laser unit, assist gas timing, restart, wire feeder and wire-stick
 // detection, and the welding main switch. Edits the controller's weld_setting_config record.
-class WeldSettingPage : public QWidget
+class WeldSettingPage : public QWidget, public EditedForm
 {
     Q_OBJECT
 public:
@@ -38,6 +39,11 @@ public:
 
     // Whether the form holds the controller's record, and whether it was edited since.
     kellaser::RecordState *recordState() const { return m_state; }
+
+    bool hasUnsavedChanges() const override;
+    QString unsavedChangesName() const override;
+    bool saveChanges() override;
+    void discardChanges() override;
 
     // The blocking pause around the main switch, in ms; tests shorten it.
     static void setSwitchWait(int milliseconds);

@@ -222,6 +222,26 @@
         <source>Insufficient user permissions!</source>
         <translation>用户权限不足！</translation>
     </message>
+    <message>
+        <source>At least two nodes</source>
+        <translation>至少需要两个节点</translation>
+    </message>
+    <message>
+        <source>%1 must be greater than in node %2</source>
+        <translation>%1 必须大于节点 %2 的值</translation>
+    </message>
+    <message>
+        <source>the characteristic curves (%1)</source>
+        <translation>特性曲线（%1）</translation>
+    </message>
+    <message>
+        <source>Node %1 output value</source>
+        <translation>节点 %1 输出值</translation>
+    </message>
+    <message>
+        <source>Node %1 %2</source>
+        <translation>节点 %1 %2</translation>
+    </message>
 </context>
 <context>
     <name>ConfigBackup</name>
@@ -313,6 +333,33 @@
     </message>
 </context>
 <context>
+    <name>EditedForm</name>
+    <message>
+        <source>Unsaved changes</source>
+        <translation>未保存的修改</translation>
+    </message>
+    <message>
+        <source>There are unsaved changes in %1.</source>
+        <translation>%1 有未保存的修改。</translation>
+    </message>
+    <message>
+        <source>Save them to the controller, discard them, or stay and go on editing?</source>
+        <translation>保存到控制器、放弃修改，还是留下继续编辑？</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>Stay</source>
+        <translation>留下</translation>
+    </message>
+</context>
+<context>
     <name>EditorPreviews</name>
     <message>
         <source>Laser power</source>
@@ -369,6 +416,29 @@
     <message>
         <source>Switch on power, frequency or duty cycle matching to see how it follows the welding speed.</source>
         <translation>打开功率、频率或占空比匹配，即可查看其随焊接速度的变化。</translation>
+    </message>
+</context>
+<context>
+    <name>FieldGuard</name>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>No negative values: %1</source>
+        <translation>不允许负值：%1</translation>
+    </message>
+    <message>
+        <source>%1 is above the maximum %2</source>
+        <translation>%1 超过最大值 %2</translation>
+    </message>
+    <message>
+        <source>%1 is below the minimum %2</source>
+        <translation>%1 低于最小值 %2</translation>
+    </message>
+    <message>
+        <source>%1; the field keeps %2</source>
+        <translation>%1；该字段保持 %2</translation>
     </message>
 </context>
 <context>
@@ -1024,6 +1094,26 @@
         <source>Speed parameter validation failed at row %1. Previous row value must be less than current row value.</source>
         <translation>速度参数校验失败，第 %1 行：上一行的值必须小于当前行的值。</translation>
     </message>
+    <message>
+        <source>%1: %2 W is above the laser unit&apos;s maximum power of %3 W (device settings). Nothing was saved.</source>
+        <translation>%1：%2 W 超过激光器最大功率 %3 W（设备设置）。未保存任何内容。</translation>
+    </message>
+    <message>
+        <source>%1: %2 mm/s is above the wire feeder&apos;s maximum speed of %3 mm/s (device settings). Nothing was saved.</source>
+        <translation>%1：%2 mm/s 超过送丝机最大速度 %3 mm/s（设备设置）。未保存任何内容。</translation>
+    </message>
+    <message>
+        <source>At most %1 W: the laser unit&apos;s maximum</source>
+        <translation>最大 %1 W：激光器的最大功率</translation>
+    </message>
+    <message>
+        <source>At most %1 mm/s: the feeder&apos;s maximum</source>
+        <translation>最大 %1 mm/s：送丝机的最大速度</translation>
+    </message>
+    <message>
+        <source>%1 must be greater than in node %2</source>
+        <translation>%1 必须大于节点 %2 的值</translation>
+    </message>
 </context>
 <context>
     <name>WeldProfile</name>
@@ -1333,6 +1423,14 @@
         <source>Insufficient user permissions!</source>
         <translation>用户权限不足！</translation>
     </message>
+    <message>
+        <source>the device settings</source>
+        <translation>设备设置</translation>
+    </message>
+    <message>
+        <source>%1 must not be less than %2</source>
+        <translation>%1 不得小于 %2</translation>
+    </message>
 </context>
 <context>
     <name>WeldioPage</name>
@@ -1495,6 +1593,18 @@
     <message>
         <source>Insufficient user permissions!</source>
         <translation>用户权限不足！</translation>
+    </message>
+    <message>
+        <source>%1: no port assigned</source>
+        <translation>%1：未分配端口</translation>
+    </message>
+    <message>
+        <source>%1: port %2 is already in use above</source>
+        <translation>%1：端口 %2 已在上方使用</translation>
+    </message>
+    <message>
+        <source>the I/O assignment</source>
+        <translation>I/O 分配</translation>
     </message>
 </context>
 <context>
