@@ -1,6 +1,7 @@
 // Unsaved changes are never lost without a word: leaving a page, opening another set and
 // closing the window ask Save / Discard / Stay, and each answer does what it says.
 
+#include "page/characteristicscurvepage.h"
 #include "page/editedform.h"
 #include "page/laserweldpage.h"
 #include "page/weldsettingpage.h"
@@ -13,6 +14,7 @@
 #include <QMessageBox>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QTableWidget>
 #include <QToolButton>
 #include <QtTest>
 
@@ -65,6 +67,7 @@ private slots:
         m_controller = new ScriptedController;
         m_shell = new RecordingShell;
         m_asked.clear();
+        m_answer = EditedForm::Stay;
         EditedForm::setChooser([this](QWidget *, const QString &what) {
             m_asked.append(what);
             return m_answer;
@@ -166,6 +169,36 @@ private slots:
 
         QCOMPARE(m_asked, QStringList());
         QCOMPARE(currentPage(main), 1);
+    }
+
+    void curveTabsCountOnTheirOwn()
+    {
+        const QJsonArray nodes {QJsonArray {1, 10}, QJsonArray {2, 20}};
+        m_controller->serviceData["weld_curve_config"] = QJsonObject {{"laser_power_node", 2},
+            {"power_nodes_data", nodes}, {"laser_feed_node", 2}, {"feed_nodes_data", nodes}};
+        m_controller->serviceData["weld_io_config"] = QJsonObject {{"power_enabled", true},
+            {"power_port", "AO1"}, {"wire_speed_enabled", true}, {"wire_speed_port", "AO2"}};
+        CharacteristicsCurvePage page(nullptr);
+        page.show();
+        const auto physical = [&page](const char *table) {
+            return qobject_cast<QSpinBox *>(
+                page.findChild<QTableWidget *>(table)->cellWidget(1, 2));
+        };
+        physical("tableWidget_laserpower")->setValue(25);
+        physical("tableWidget_feedspeed")->setValue(30);
+        page.findChild<QPushButton *>("pushButton_Save_laserpower")->click();
+        m_controller->clearSent();
+
+        // Regression: saving one tab counted the other tab's changes as saved too.
+        QVERIFY(!page.mayLeave(&page));
+        QCOMPARE(m_asked, QStringList {"the characteristic curves (Feeding Speed)"});
+        QVERIFY(m_controller->sent.isEmpty());
+
+        m_answer = EditedForm::Save;
+        QVERIFY(page.mayLeave(&page));
+        QCOMPARE(m_controller->sentCommands(),
+            (QStringList {"compute_curve_config", "set_weld_curve_feed_config"}));
+        QVERIFY(!page.hasUnsavedChanges());
     }
 
     void openingAnotherSetAsks_data()
