@@ -1,6 +1,7 @@
 #include "changehistory.h"
 
-#include "recordstore.h"
+#include "journalfile.h"
+#include "storagelimits.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,6 +14,11 @@ namespace kelcontroller {
 namespace {
 
 const QString kEntries = QStringLiteral("entries");
+
+QByteArray line(const ChangeHistory::Entry &entry)
+{
+    return QJsonDocument(ChangeHistory::toJson(entry)).toJson(QJsonDocument::Compact);
+}
 
 QString valueText(const QJsonValue &value)
 {
@@ -98,37 +104,65 @@ bool ChangeHistory::fromJson(const QJsonValue &value, Entry *entry)
 }
 
 ChangeHistory::ChangeHistory(const QString &filePath, int limit)
-    : m_store(new RecordStore(filePath)), m_limit(std::max(1, limit))
-{ }
+{
+    const int keep = std::max(1, limit);
+    m_journal.reset(new JournalFile(filePath, {keep, keptBytes, keep + keep / 5, maxBytes}));
+}
 
 ChangeHistory::~ChangeHistory() = default;
+
+QString ChangeHistory::filePath() const
+{
+    return m_journal->filePath();
+}
+
+qint64 ChangeHistory::entryBytes(const Entry &entry)
+{
+    return line(entry).size() + 1;
+}
+
+ChangeHistory::Entry ChangeHistory::shortened(Entry entry)
+{
+    const auto shorten = [](QJsonValue *value) {
+        const qint64 bytes = valueText(*value).toUtf8().size();
+        if (bytes > maxValueBytes)
+            *value = QStringLiteral("(%1, not kept in the history)")
+                         .arg(StorageLimits::sizeText(bytes));
+    };
+    for (Change &change : entry.changes) {
+        shorten(&change.before);
+        shorten(&change.after);
+    }
+    return entry;
+}
 
 QString ChangeHistory::load()
 {
     m_entries.clear();
-    QJsonObject doc;
-    QString error;
-    const RecordStore::ReadResult result = m_store->read(&doc, &error);
-    if (result == RecordStore::ReadResult::Missing)
-        return QString();
-    QVector<Entry> entries;
-    bool ok = result == RecordStore::ReadResult::Loaded && doc.value(kEntries).isArray();
-    if (ok) {
-        for (const QJsonValue &value : doc.value(kEntries).toArray()) {
+    m_unstored.clear();
+    QStringList problems;
+    const QVector<QJsonObject> objects = m_journal->load(
+        [](const QJsonObject &o) {
             Entry entry;
-            ok = ok && fromJson(value, &entry);
-            entries.append(entry);
-        }
+            return fromJson(o, &entry);
+        },
+        [](const QJsonObject &whole, QVector<QJsonObject> *entries) {
+            if (!whole.value(kEntries).isArray())
+                return false;
+            for (const QJsonValue &value : whole.value(kEntries).toArray())
+                entries->append(value.toObject());
+            return true;
+        },
+        &problems);
+    for (const QJsonObject &o : objects) {
+        Entry entry;
+        fromJson(o, &entry);
+        m_entries.append(entry);
     }
-    if (ok) {
-        m_entries = entries.mid(std::max(0, entries.size() - m_limit));
+    if (problems.isEmpty())
         return QString();
-    }
-    QString asideError;
-    const QString aside = m_store->keepAside(&asideError);
-    return aside.isEmpty()
-        ? QStringLiteral("The change history is damaged: %1").arg(asideError)
-        : QStringLiteral("The change history is damaged; it was kept as %1.").arg(aside);
+    return QStringLiteral("The change history is damaged: %1.")
+        .arg(problems.join(QStringLiteral("; ")));
 }
 
 bool ChangeHistory::add(const Entry &entry, QString *error)
@@ -136,12 +170,28 @@ bool ChangeHistory::add(const Entry &entry, QString *error)
     if (entry.changes.isEmpty())
         return true;
     m_entries.append(entry);
-    if (m_entries.size() > m_limit)
-        m_entries.remove(0, m_entries.size() - m_limit);
-    QJsonArray entries;
-    for (const Entry &e : qAsConst(m_entries))
-        entries.append(toJson(e));
-    return m_store->write(QJsonObject {{kEntries, entries}}, error);
+    m_unstored.append(line(entry));
+    int dropped = 0;
+    QString why;
+    if (m_journal->append(m_unstored, &dropped, &why)) {
+        m_entries.remove(0, dropped);
+        m_unstored.clear();
+        return true;
+    }
+    // Kept in memory for the next try, as many as the file would keep.
+    QString lost;
+    const int excess = m_unstored.size() - m_journal->limits().keepEntries;
+    if (excess > 0) {
+        m_unstored.remove(0, excess);
+        m_entries.remove(m_entries.size() - m_unstored.size() - excess, excess);
+        lost = QStringLiteral(" %1 older unstored entries are lost.").arg(excess);
+    }
+    *error = QStringLiteral("The change history could not store the change of %1 made at %2 "
+                            "(%3 entries wait to be stored): %4.%5")
+                 .arg(entry.record, entry.time.toUTC().toString(Qt::ISODateWithMs))
+                 .arg(m_unstored.size())
+                 .arg(why, lost);
+    return false;
 }
 
 QVector<ChangeHistory::Change> ChangeHistory::changes(

@@ -261,7 +261,9 @@ void ControllerServer::hello(Session *session, const QJsonObject &message)
             {QStringLiteral("result"),
                 QJsonObject {{QStringLiteral("controller"), QStringLiteral("kelcontroller")},
                     {QStringLiteral("client"), session->name},
-                    {QStringLiteral("data_file"), m_controller->dataFilePath()}}}});
+                    {QStringLiteral("data_file"), m_controller->dataFilePath()},
+                    {QStringLiteral("problems"),
+                        QJsonArray::fromStringList(m_controller->storageProblems())}}}});
 }
 
 QJsonValue ControllerServer::serve(

@@ -2,15 +2,19 @@
 
 #include "changehistory.h"
 #include "curvefit.h"
+#include "datafolderlock.h"
 #include "factoryrecords.h"
 #include "outputcalibration.h"
 #include "programrunner.h"
 #include "recordschema.h"
 #include "recordstore.h"
+#include "storagelimits.h"
 #include "weldrecords.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QMetaObject>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -92,17 +96,41 @@ ControllerSimulator::ControllerSimulator(const QString &dataDir, QObject *parent
     connect(m_gasTimer, &QTimer::timeout, this, [this] { setGasOpen(false); });
     m_history.reset(
         new ChangeHistory(QDir(dir).absoluteFilePath(QStringLiteral("kelhistory.json"))));
+    // Nothing is read before the folder is ours: another owner may be writing it.
+    m_lock.reset(new DataFolderLock(dir));
+    QString lockError;
+    if (!m_lock->acquire(&lockError)) {
+        for (const QString &key : recordKeys())
+            m_records.insert(key, FactoryRecords::record(key));
+        m_points = FactoryRecords::points();
+        m_positions = FactoryRecords::pointPositions();
+        m_storeBlocked = true;
+        m_weldRecords->block(lockError);
+        tellLater(QStringLiteral("The controller cannot start: %1.").arg(lockError));
+        return;
+    }
     load();
     for (const QString &sideProblem : {m_weldRecords->load(), m_history->load()}) {
-        if (sideProblem.isEmpty())
-            continue;
-        m_lastError = sideProblem;
-        QMetaObject::invokeMethod(
-            this, [this, sideProblem] { emit problem(sideProblem); }, Qt::QueuedConnection);
+        if (!sideProblem.isEmpty())
+            tellLater(sideProblem);
     }
 }
 
 ControllerSimulator::~ControllerSimulator() = default;
+
+bool ControllerSimulator::isOwner() const
+{
+    return m_lock->isHeld();
+}
+
+void ControllerSimulator::tellLater(const QString &text)
+{
+    m_lastError = text;
+    m_storageProblems.append(text);
+    // Nobody can listen yet while the constructor runs; tell whoever connects right after.
+    QMetaObject::invokeMethod(
+        this, [this, text] { emit problem(text); }, Qt::QueuedConnection);
+}
 
 QString ControllerSimulator::dataFilePath() const
 {
@@ -137,6 +165,7 @@ void ControllerSimulator::load()
     const RecordStore::ReadResult result = m_store->read(&doc, &error);
     if (result == RecordStore::ReadResult::Missing)
         return;
+    m_storedBytes = QFileInfo(m_store->filePath()).size();
 
     QStringList damage;
     if (result == RecordStore::ReadResult::Corrupt) {
@@ -182,6 +211,11 @@ void ControllerSimulator::load()
         settings.insert(QStringLiteral("laser_main_enable"), false);
         m_records.insert(settingKey, settings);
     }
+    if (m_storedBytes > StorageLimits::maxDataFileBytes)
+        tellLater(QStringLiteral("The controller data file %1 holds %2, more than a save may "
+                                 "write (%3): saves that make it larger are refused.")
+                      .arg(m_store->filePath(), StorageLimits::sizeText(m_storedBytes),
+                          StorageLimits::limitText(StorageLimits::maxDataFileBytes)));
     if (damage.isEmpty())
         return;
 
@@ -196,14 +230,18 @@ void ControllerSimulator::load()
     } else {
         text += QStringLiteral(" It was kept as %1; damaged parts start from factory records.")
                     .arg(aside);
+        // Replaced in one step: the damaged file stays the data file until the repaired one
+        // is complete on disk.
+        const QByteArray repaired = QJsonDocument(document()).toJson(QJsonDocument::Indented);
         QString writeError;
-        if (!m_store->write(document(), &writeError))
+        if (m_store->write(repaired, &writeError)) {
+            m_storedBytes = repaired.size();
+            RecordStore::step("replaced");
+        } else {
             text += QLatin1Char(' ') + writeError;
+        }
     }
-    m_lastError = text;
-    // Nobody can listen yet while the constructor runs; tell whoever connects right after.
-    QMetaObject::invokeMethod(
-        this, [this, text] { emit problem(text); }, Qt::QueuedConnection);
+    tellLater(text);
 }
 
 // Files written before points had positions get the factory positions of the factory points.
@@ -250,25 +288,41 @@ QJsonObject ControllerSimulator::document() const
 
 bool ControllerSimulator::save()
 {
+    return write() == Success;
+}
+
+int ControllerSimulator::write()
+{
     if (m_storeBlocked) {
-        report(QStringLiteral("%1 is damaged and kept for inspection; changes are not saved")
-                   .arg(m_store->filePath()));
-        return false;
+        report(isOwner() ? QStringLiteral("%1 is damaged and kept for inspection; changes are "
+                                          "not saved")
+                               .arg(m_store->filePath())
+                         : m_storageProblems.value(0));
+        return StoreFailed;
+    }
+    const QByteArray bytes = QJsonDocument(document()).toJson(QJsonDocument::Indented);
+    // A file an older version let grow may still shrink.
+    if (bytes.size() > StorageLimits::maxDataFileBytes && bytes.size() > m_storedBytes) {
+        report(StorageLimits::tooLarge(
+            QStringLiteral("data file"), bytes.size(), StorageLimits::maxDataFileBytes));
+        return TooLarge;
     }
     QString error;
-    if (!m_store->write(document(), &error)) {
-        report(error);
-        return false;
+    if (!m_store->write(bytes, &error)) {
+        report(QStringLiteral("store failed: %1").arg(error));
+        return StoreFailed;
     }
-    return true;
+    m_storedBytes = bytes.size();
+    return Success;
 }
 
 bool ControllerSimulator::persistOrUndo(const std::function<void()> &undo, QJsonObject *entry)
 {
-    if (save())
+    const int code = write();
+    if (code == Success)
         return true;
     undo();
-    *entry = refused(StoreFailed, m_lastError);
+    *entry = refused(code, m_lastError);
     return false;
 }
 
@@ -279,15 +333,39 @@ bool ControllerSimulator::storeRecord(
     const QJsonObject old = m_records.value(key);
     if (old == value)
         return true;
+    ChangeHistory::Entry change {QDateTime::currentDateTimeUtc(), m_userLevel, m_command, key,
+        ChangeHistory::changes(old, value), m_clientName};
+    // Checked before anything is written; a record an older version let grow may shrink.
+    const qint64 recordBytes = QJsonDocument(value).toJson(QJsonDocument::Compact).size();
+    const qint64 oldBytes = QJsonDocument(old).toJson(QJsonDocument::Compact).size();
+    if (recordBytes <= oldBytes && ChangeHistory::entryBytes(change) > ChangeHistory::maxEntryBytes)
+        change = ChangeHistory::shortened(change);
+    QString tooLarge;
+    if (recordBytes > StorageLimits::maxRecordBytes && recordBytes > oldBytes)
+        tooLarge = StorageLimits::tooLarge(
+                       QStringLiteral("record"), recordBytes, StorageLimits::maxRecordBytes)
+            + QStringLiteral(" (%1)").arg(key);
+    else if (ChangeHistory::entryBytes(change) > ChangeHistory::maxEntryBytes)
+        tooLarge = StorageLimits::tooLarge(QStringLiteral("change"),
+                       ChangeHistory::entryBytes(change), ChangeHistory::maxEntryBytes)
+            + QStringLiteral(" for the change history (%1)").arg(key);
+    if (!tooLarge.isEmpty()) {
+        report(tooLarge);
+        *entry = refused(TooLarge, tooLarge);
+        return false;
+    }
     m_records.insert(key, value);
     if (!persistOrUndo([this, key, old] { m_records.insert(key, old); }, entry))
         return false;
     // The record is stored; a history that cannot be written is told, not a refusal.
     QString historyError;
-    if (!m_history->add({QDateTime::currentDateTimeUtc(), m_userLevel, m_command, key,
-                            ChangeHistory::changes(old, value), m_clientName},
-            &historyError))
+    if (!m_history->add(change, &historyError)) {
+        m_storageProblems.append(historyError);
+        // The newest tell enough; a full disk must not fill the memory with reports.
+        if (m_storageProblems.size() > 20)
+            m_storageProblems.removeFirst();
         report(historyError);
+    }
     emit stateChanged();
     return true;
 }

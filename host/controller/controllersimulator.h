@@ -17,6 +17,7 @@ class QTimer;
 namespace kelcontroller {
 
 class ChangeHistory;
+class DataFolderLock;
 class ProgramRunner;
 class RecordStore;
 class WeldRecords;
@@ -36,6 +37,7 @@ public:
         Refused = 3,
         NotConfigured = 4,
         StoreFailed = 5,
+        TooLarge = 7,
     };
     enum class Feeder { Idle, Feeding, Retracting };
 
@@ -56,11 +58,17 @@ public:
         int curve;
     };
 
-    // An empty dataDir means the user's application data folder.
+    // An empty dataDir means the user's application data folder. The simulator owns its folder
+    // while it lives; when another one holds it, it reads and writes nothing, isOwner() is
+    // false and lastError() names the holder: a program must not go on with it.
     explicit ControllerSimulator(const QString &dataDir = QString(), QObject *parent = nullptr);
     ~ControllerSimulator() override;
 
+    bool isOwner() const;
     QString dataFilePath() const;
+    // What the start found wrong (repairs, entries that could not be kept) and history entries
+    // that could not be stored since, for every pendant that connects later.
+    QStringList storageProblems() const { return m_storageProblems; }
     // The configuration records by key (weld_io_config, ...), as the controller holds them.
     QJsonObject record(const QString &key) const;
     static QStringList recordKeys();
@@ -146,6 +154,9 @@ private:
     enum class Fault { None, ReturnCode, EmptyReply, MalformedElement };
 
     void load();
+    void tellLater(const QString &text);
+    // Writes the data file: Success, or TooLarge / StoreFailed with the problem reported.
+    int write();
     void loadPointPositions(const QJsonObject &doc, QStringList *damage);
     QJsonObject document() const;
     void report(const QString &text);
@@ -171,6 +182,7 @@ private:
     void setGasOpen(bool open);
     void setFeeder(Feeder state);
 
+    std::unique_ptr<DataFolderLock> m_lock;
     std::unique_ptr<RecordStore> m_store;
     std::unique_ptr<WeldRecords> m_weldRecords;
     std::unique_ptr<ChangeHistory> m_history;
@@ -183,6 +195,8 @@ private:
     QHash<QString, QVector3D> m_positions;
     IoLayout m_layout;
     QString m_lastError;
+    QStringList m_storageProblems;
+    qint64 m_storedBytes = 0; // the data file's size as last read or written
     QString m_activeWeldData;
     int m_userLevel = 3;
     bool m_powered = false;

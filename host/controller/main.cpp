@@ -77,6 +77,12 @@ int main(int argc, char *argv[])
     if (address.isNull())
         return fail(QStringLiteral("--listen: \"%1\" is no IP address.").arg(host));
 
+    // The folder is taken first: nothing in it is read or written while another one owns it.
+    kelcontroller::ControllerSimulator controller(dataDir);
+    if (!controller.isOwner()) {
+        fail(controller.lastError());
+        return 3;
+    }
     QString error;
     const QByteArray key = kelcontroller::ControllerServer::cellKey(dataDir, &error);
     if (key.isEmpty())
@@ -95,7 +101,6 @@ int main(int argc, char *argv[])
         }
     };
 
-    kelcontroller::ControllerSimulator controller(dataDir);
     QObject::connect(&controller, &kelcontroller::ControllerSimulator::problem, logLine);
     bool ok = true;
     if (parser.isSet(portsOption)) {

@@ -8,11 +8,15 @@
 #include <QJsonParseError>
 #include <QSaveFile>
 
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace kelcontroller {
 
 namespace {
-// Far above any real configuration; protects start-up from reading a wrong, huge file.
-constexpr qint64 maxFileSize = 32 * 1024 * 1024;
+RecordStore::StepHook s_stepHook = nullptr;
 } // namespace
 
 RecordStore::RecordStore(const QString &filePath) : m_filePath(filePath)
@@ -25,10 +29,10 @@ RecordStore::ReadResult RecordStore::read(QJsonObject *document, QString *error)
     if (!file.exists())
         return ReadResult::Missing;
     if (!file.open(QIODevice::ReadOnly)) {
-        *error = QStringLiteral("%1 cannot be read: %2").arg(m_filePath, file.errorString());
+        *error = failure(file, QStringLiteral("%1 cannot be read").arg(m_filePath));
         return ReadResult::Corrupt;
     }
-    if (file.size() > maxFileSize) {
+    if (file.size() > maxReadBytes) {
         *error = QStringLiteral("%1 is too large (%2 bytes)").arg(m_filePath).arg(file.size());
         return ReadResult::Corrupt;
     }
@@ -55,10 +59,18 @@ QString RecordStore::keepAside(QString *error) const
     QString target = stem;
     for (int i = 2; QFileInfo::exists(target); ++i)
         target = stem + QLatin1Char('-') + QString::number(i);
-    if (!QFile::rename(m_filePath, target)) {
-        *error = QStringLiteral("%1 could not be renamed to %2").arg(m_filePath, target);
+    // A copy, not a rename: until the repaired file replaces it, the damaged file stays the
+    // data file, so a kill in between never leaves the folder without one.
+    QFile original(m_filePath);
+    if (!original.open(QIODevice::ReadOnly)) {
+        *error = failure(original, QStringLiteral("%1 cannot be read").arg(m_filePath));
         return QString();
     }
+    const QByteArray bytes = original.readAll();
+    original.close();
+    if (!RecordStore(target).write(bytes, error))
+        return QString();
+    step("aside-kept");
     return target;
 }
 
@@ -75,15 +87,75 @@ bool RecordStore::write(const QByteArray &bytes, QString *error) const
         return false;
     }
     QSaveFile file(m_filePath);
-    if (!file.open(QIODevice::WriteOnly)) {
-        *error = QStringLiteral("%1 cannot be written: %2").arg(m_filePath, file.errorString());
+    // Unbuffered: a buffered write that fails in commit()'s flush is not seen by QSaveFile,
+    // which then puts the cut-off file in place of the good one.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        *error = failure(file, QStringLiteral("%1 cannot be written").arg(m_filePath));
         return false;
     }
-    if (file.write(bytes) != bytes.size() || !file.commit()) {
-        *error = QStringLiteral("%1 cannot be written: %2").arg(m_filePath, file.errorString());
+    errno = 0;
+    if (file.write(bytes) != bytes.size()) {
+        // Qt words a short write as no error at all; errno knows.
+        *error = failure(file, QStringLiteral("%1 cannot be written").arg(m_filePath), errno);
+        file.cancelWriting();
         return false;
     }
+    if (!file.commit()) {
+        *error = failure(file, QStringLiteral("%1 cannot be written").arg(m_filePath));
+        return false;
+    }
+    // QSaveFile syncs the file before its rename; the rename itself lives in the folder.
+    syncFolder(info.absolutePath());
     return true;
+}
+
+bool RecordStore::syncFolder(const QString &folder)
+{
+    const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
+    if (fd < 0)
+        return false;
+    const bool synced = ::fsync(fd) == 0;
+    ::close(fd);
+    return synced;
+}
+
+QString RecordStore::failure(const QFileDevice &file, const QString &what, int errnum)
+{
+    // Qt words the error with the system's text for errno; find which one it was.
+    struct Known
+    {
+        int code;
+        const char *words;
+    };
+    static const Known known[] = {
+        {ENOSPC, "disk full"},
+        {EDQUOT, "disk full (quota reached)"},
+        {EFBIG, "disk full (file size limit reached)"},
+        {EROFS, "read-only folder"},
+        {EACCES, "permission denied"},
+        {EPERM, "permission denied"},
+        {ENOENT, "folder missing"},
+        {EIO, "disk error"},
+    };
+    const QString system
+        = errnum != 0 ? QString::fromLocal8Bit(std::strerror(errnum)) : file.errorString();
+    for (const Known &k : known) {
+        if (errnum == k.code
+            || system.contains(QString::fromLocal8Bit(std::strerror(k.code)), Qt::CaseInsensitive))
+            return QStringLiteral("%1: %2 (%3)").arg(QLatin1String(k.words), what, system);
+    }
+    return QStringLiteral("%1 (%2)").arg(what, system);
+}
+
+void RecordStore::setStepHook(StepHook hook)
+{
+    s_stepHook = hook;
+}
+
+void RecordStore::step(const char *name)
+{
+    if (s_stepHook)
+        s_stepHook(name);
 }
 
 } // namespace kelcontroller

@@ -1,7 +1,8 @@
 #include "weldrecords.h"
 
+#include "journalfile.h"
 #include "recordschema.h"
-#include "recordstore.h"
+#include "storagelimits.h"
 
 #include <QJsonDocument>
 
@@ -44,62 +45,74 @@ QJsonObject withoutSamples(QJsonObject weld)
     return weld;
 }
 
-bool isWeld(const QJsonValue &value)
+bool isTotals(const QJsonValue &value)
 {
-    const QJsonObject w = value.toObject();
-    return value.isObject() && RecordSchema::isInteger(w.value(idKey), 1, 1e9)
-        && w.value(samplesKey).isArray();
+    bool ok = value.isObject();
+    for (const QString &key : emptyTotals().keys())
+        ok = ok && RecordSchema::isFiniteNumber(value.toObject().value(key));
+    return ok;
+}
+
+// A line: a weld, and the totals after it (a weld taken over from the earlier format may
+// have none).
+bool isWeld(const QJsonObject &w)
+{
+    return RecordSchema::isInteger(w.value(idKey), 1, 1e9) && w.value(samplesKey).isArray()
+        && (!w.contains(totalsKey) || isTotals(w.value(totalsKey)));
 }
 
 } // namespace
 
 WeldRecords::WeldRecords(const QString &filePath)
-    : m_store(new RecordStore(filePath)), m_totals(emptyTotals())
+    : m_journal(new JournalFile(filePath, {kept, keptBytes, kept + 10, maxBytes}))
+    , m_totals(emptyTotals())
 { }
 
 WeldRecords::~WeldRecords() = default;
 
 QString WeldRecords::filePath() const
 {
-    return m_store->filePath();
+    return m_journal->filePath();
+}
+
+void WeldRecords::block(const QString &why)
+{
+    m_blocked = why;
 }
 
 QString WeldRecords::load()
 {
-    QJsonObject doc;
-    QString error;
-    const RecordStore::ReadResult result = m_store->read(&doc, &error);
-    if (result == RecordStore::ReadResult::Missing)
-        return QString();
-    if (result == RecordStore::ReadResult::Loaded) {
-        const QJsonArray welds = doc.value(weldsKey).toArray();
-        const QJsonObject totals = doc.value(totalsKey).toObject();
-        bool ok = doc.value(weldsKey).isArray() && doc.value(totalsKey).isObject();
-        for (const QString &key : emptyTotals().keys())
-            ok = ok && RecordSchema::isFiniteNumber(totals.value(key));
-        for (const QJsonValue &w : welds)
-            ok = ok && isWeld(w);
-        if (ok) {
-            m_totals = totals;
-            for (const QJsonValue &w : welds) {
-                m_welds.append({withoutSamples(w.toObject()), compact(w.toObject())});
-                m_nextId = std::max(m_nextId, w.toObject().value(idKey).toInt() + 1);
+    QStringList problems;
+    const QVector<QJsonObject> welds = m_journal->load(
+        isWeld,
+        [](const QJsonObject &whole, QVector<QJsonObject> *entries) {
+            if (!whole.value(weldsKey).isArray() || !isTotals(whole.value(totalsKey)))
+                return false;
+            // Newest first there; the file's totals belong after the newest.
+            const QJsonArray list = whole.value(weldsKey).toArray();
+            for (int i = list.size() - 1; i >= 0; --i) {
+                QJsonObject w = list.at(i).toObject();
+                if (i == 0)
+                    w.insert(totalsKey, whole.value(totalsKey));
+                entries->append(w);
             }
-            while (m_welds.size() > kept)
-                m_welds.removeLast();
-            return QString();
-        }
-        error = QStringLiteral("%1 does not hold weld records").arg(m_store->filePath());
+            return true;
+        },
+        &problems);
+    for (const QJsonObject &w : welds) {
+        if (w.contains(totalsKey))
+            m_totals = w.value(totalsKey).toObject();
+        QJsonObject weld = w;
+        weld.remove(totalsKey);
+        m_welds.prepend({withoutSamples(weld), compact(weld)});
+        m_nextId = std::max(m_nextId, weld.value(idKey).toInt() + 1);
     }
-    QString asideError;
-    const QString aside = m_store->keepAside(&asideError);
-    if (aside.isEmpty()) {
-        m_blocked = true;
-        return QStringLiteral("The weld records are damaged: %1. %2; new welds are not saved.")
-            .arg(error, asideError);
-    }
-    return QStringLiteral("The weld records are damaged: %1. They were kept as %2.")
-        .arg(error, aside);
+    while (m_welds.size() > kept)
+        m_welds.removeLast();
+    if (problems.isEmpty())
+        return QString();
+    return QStringLiteral("The weld records are damaged: %1.")
+        .arg(problems.join(QStringLiteral("; ")));
 }
 
 bool WeldRecords::add(const Weld &weld, QString *error)
@@ -121,9 +134,6 @@ bool WeldRecords::add(const Weld &weld, QString *error)
         {QStringLiteral("completed"), weld.completed},
         {samplesKey, sampleRows(weld.samples.mid(0, maxSamples))},
     };
-    m_welds.prepend({withoutSamples(entry), compact(entry)});
-    while (m_welds.size() > kept)
-        m_welds.removeLast();
     const auto total
         = [this](const char *key) { return m_totals.value(QLatin1String(key)).toDouble(); };
     m_totals = QJsonObject {
@@ -131,24 +141,37 @@ bool WeldRecords::add(const Weld &weld, QString *error)
         {QStringLiteral("laser_on_ms"), total("laser_on_ms") + double(weld.laserOnMs)},
         {QStringLiteral("wire_used_mm"), WeldMonitor::rounded(total("wire_used_mm") + weld.wireMm)},
     };
-    if (m_blocked) {
-        *error = QStringLiteral("%1 is damaged and kept for inspection").arg(filePath());
+    QString cut;
+    QByteArray json = compact(entry);
+    if (json.size() + compact(m_totals).size() + 16 > maxWeldBytes) {
+        cut = StorageLimits::tooLarge(QStringLiteral("weld %1").arg(entry.value(idKey).toInt()),
+                  json.size(), maxWeldBytes)
+            + QStringLiteral(": stored without its samples");
+        entry.insert(samplesKey, QJsonArray());
+        json = compact(entry);
+    }
+    m_welds.prepend({withoutSamples(entry), json});
+    while (m_welds.size() > kept)
+        m_welds.removeLast();
+    if (!m_blocked.isEmpty()) {
+        *error = QStringLiteral("weld %1 is not stored: %2")
+                     .arg(entry.value(idKey).toInt())
+                     .arg(m_blocked);
         return false;
     }
-    return write(error);
-}
-
-bool WeldRecords::write(QString *error) const
-{
-    QByteArray bytes = "{\"" + totalsKey.toLatin1() + "\":" + compact(m_totals) + ",\""
-        + weldsKey.toLatin1() + "\":[";
-    for (int i = 0; i < m_welds.size(); ++i) {
-        if (i > 0)
-            bytes += ",\n";
-        bytes += m_welds.at(i).json;
+    entry.insert(totalsKey, m_totals);
+    int dropped = 0;
+    QString why;
+    if (!m_journal->append({compact(entry)}, &dropped, &why)) {
+        *error
+            = QStringLiteral("weld %1 is not stored: %2").arg(entry.value(idKey).toInt()).arg(why);
+        return false;
     }
-    bytes += "]}\n";
-    return m_store->write(bytes, error);
+    if (!cut.isEmpty()) {
+        *error = cut;
+        return false;
+    }
+    return true;
 }
 
 QJsonObject WeldRecords::list() const

@@ -169,6 +169,13 @@ void NetworkController::readHello()
     m_heartbeat->start();
     emit reachabilityChanged(true);
     emit connectionRestored();
+    // What the controller found wrong with its data (repairs, entries it could not keep).
+    for (const QJsonValue &text : m_info.value(QLatin1String("problems")).toArray()) {
+        if (!m_controllerProblemsTold.contains(text.toString())) {
+            m_controllerProblemsTold.insert(text.toString());
+            emit problem(tr("The controller reports: %1").arg(text.toString()));
+        }
+    }
 }
 
 void NetworkController::lose(const QString &why)

@@ -4,6 +4,7 @@
 #include "messagestream.h"
 
 #include <QElapsedTimer>
+#include <QSet>
 
 class QTcpSocket;
 class QTimer;
@@ -112,6 +113,7 @@ private:
     bool m_lossTold = false;
     double m_roundTripMs = -1.0;
     QJsonObject m_info;
+    QSet<QString> m_controllerProblemsTold; // shown once, not on every reconnect
 };
 
 } // namespace kelplugin

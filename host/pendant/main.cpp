@@ -127,6 +127,10 @@ int main(int argc, char *argv[])
         cell = std::make_unique<RemoteCell>(network.get());
     } else {
         simulator = std::make_unique<kelcontroller::ControllerSimulator>(parser.value(dataOption));
+        if (!simulator->isOwner()) {
+            fail(simulator->lastError());
+            return 3;
+        }
         if (parser.isSet(portsOption)) {
             const int ports = parser.value(portsOption).toInt(&ok);
             if (!ok || ports < 0 || ports > 100000) {
