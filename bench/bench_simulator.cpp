@@ -2,8 +2,10 @@
 // same document without the atomic replacement.
 #include "benchmain.h"
 
+#include "controller/changehistory.h"
 #include "controller/controllersimulator.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -87,6 +89,42 @@ void acceptedSettingsSave(benchmark::State &state)
     }
 }
 
+// An accepted settings save with `entries` change history entries behind it. The history is
+// appended to, not rewritten, so the save costs the same whatever lies behind it.
+void saveWithHistory(benchmark::State &state, int entries)
+{
+    QTemporaryDir dir;
+    {
+        // Written in one go: thousands of saves would take minutes of syncs.
+        QFile file(QDir(dir.path()).filePath(QStringLiteral("kelhistory.json")));
+        if (!file.open(QIODevice::WriteOnly)) {
+            state.SkipWithError("the history cannot be written");
+            return;
+        }
+        for (int i = 0; i < entries; ++i) {
+            const kelcontroller::ChangeHistory::Entry entry {
+                QDateTime::fromSecsSinceEpoch(1700000000 + i, Qt::UTC), 3,
+                QStringLiteral("set_weld_setting_config"), QStringLiteral("weld_setting_config"),
+                {{QStringLiteral("laser_power"), 1000 + i % 2, 1001 - i % 2}}, QString()};
+            file.write(QJsonDocument(kelcontroller::ChangeHistory::toJson(entry))
+                           .toJson(QJsonDocument::Compact)
+                + '\n');
+        }
+    }
+    kelcontroller::ControllerSimulator sim(dir.path());
+    if (sim.history().entries().size() != entries) {
+        state.SkipWithError("the history was not read back whole");
+        return;
+    }
+    QJsonObject settings = sim.record(QStringLiteral("weld_setting_config"));
+    int power = 0;
+    for (auto _ : state) {
+        settings.insert(QStringLiteral("laser_power"), 1000 + (power++ % 2));
+        benchmark::DoNotOptimize(sim.commandCustomData(nullptr, QStringLiteral("kellaserweld"),
+            QJsonObject {{QStringLiteral("set_weld_setting_config"), settings}}));
+    }
+}
+
 } // namespace
 
 void registerBenchmarks()
@@ -104,6 +142,14 @@ void registerBenchmarks()
             ->UseRealTime();
     }
     kelbench::add(kelbench::name("simulator_settings_command", "ours"), acceptedSettingsSave)
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("simulator_history_save", "ours", 10000),
+        [](benchmark::State &s) { saveWithHistory(s, 10000); })
+        ->Unit(benchmark::kMicrosecond)
+        ->UseRealTime();
+    kelbench::add(kelbench::name("simulator_history_save", "ref_10_entries", 10000),
+        [](benchmark::State &s) { saveWithHistory(s, 10); })
         ->Unit(benchmark::kMicrosecond)
         ->UseRealTime();
 }
