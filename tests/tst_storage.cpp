@@ -2,10 +2,12 @@
 // the change history and the weld list as appended lines, a start-up repair that survives a
 // kill, and storage errors told in words.
 #include "controller/changehistory.h"
+#include "controller/controllerserver.h"
 #include "controller/controllersimulator.h"
 #include "controller/factoryrecords.h"
 #include "controller/storagelimits.h"
 #include "controller/weldrecords.h"
+#include "kelplugin/networkcontroller.h"
 
 #include <QtTest>
 
@@ -611,6 +613,61 @@ private slots:
         for (int i = 1; i < entries.size(); ++i)
             QCOMPARE(entries.at(i).changes.first().after.toInt(),
                 entries.at(i - 1).changes.first().after.toInt() + 1);
+    }
+
+    void csvKeepsTheNewestLinesThatFit_data()
+    {
+        QTest::addColumn<QString>("room");
+        QTest::addColumn<QStringList>("keys");
+
+        // Three entries of two changes each, "n" and "text": six lines after the header.
+        QTest::newRow("all of it") << "all" << QStringList {"n", "text", "n", "text", "n", "text"};
+        QTest::newRow("a byte short: the oldest line goes")
+            << "all - 1" << QStringList {"text", "n", "text", "n", "text"};
+        QTest::newRow("the header only") << "header" << QStringList {};
+    }
+
+    void csvKeepsTheNewestLinesThatFit()
+    {
+        QFETCH(QString, room);
+        QFETCH(QStringList, keys);
+
+        QTemporaryDir dir;
+        ChangeHistory history(dir.filePath("kelhistory.json"));
+        QString error;
+        for (int n = 1; n <= 3; ++n)
+            QVERIFY(history.add(historyEntry(n), &error));
+        const QByteArray all = history.csv();
+        const QByteArray header = all.left(all.indexOf('\n') + 1);
+        const int maxBytes = room == "all" ? all.size()
+            : room == "all - 1"            ? all.size() - 1
+                                           : header.size();
+        const QByteArray text = history.csv(QString(), maxBytes);
+        QVERIFY(text.size() <= maxBytes);
+        QVERIFY(all.endsWith(text.mid(header.size())));
+        QStringList got;
+        for (const QByteArray &line : text.mid(header.size()).split('\n')) {
+            if (!line.isEmpty())
+                got.append(QString::fromUtf8(line.split(',').at(4)));
+        }
+        QCOMPARE(got, keys);
+    }
+
+    void pendantIsToldAtConnect()
+    {
+        QTemporaryDir dir;
+        writeFile(dir.filePath("kelcontroller.json"), "{\"weld_io_config\": 5}");
+        ControllerSimulator sim(dir.path());
+        kelcontroller::ControllerServer server(&sim, "cellkey");
+        QVERIFY(server.listen(QHostAddress::LocalHost, 0));
+        kelplugin::NetworkController pendant("127.0.0.1", server.port(), "cellkey");
+        QSignalSpy problems(&pendant, &kelplugin::NetworkController::problem);
+        pendant.connectToController();
+        QTRY_COMPARE(problems.count(), 1);
+        const QString text = problems.at(0).at(0).toString();
+        QVERIFY2(text.startsWith("The controller reports: The controller data file is damaged: "
+                                 "weld_io_config is not an object. It was kept as "),
+            qPrintable(text));
     }
 
     void weldListKeepsTheNewestAndItsTotals()

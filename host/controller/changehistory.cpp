@@ -15,6 +15,15 @@ namespace {
 
 const QString kEntries = QStringLiteral("entries");
 
+// The header and the lines gathered newest first, oldest first.
+QByteArray join(const QByteArray &header, const QVector<QByteArray> &newestFirst)
+{
+    QByteArray text = header;
+    for (auto it = newestFirst.crbegin(); it != newestFirst.crend(); ++it)
+        text += *it;
+    return text;
+}
+
 QByteArray line(const ChangeHistory::Entry &entry)
 {
     return QJsonDocument(ChangeHistory::toJson(entry)).toJson(QJsonDocument::Compact);
@@ -180,7 +189,12 @@ bool ChangeHistory::add(const Entry &entry, QString *error)
     }
     // Kept in memory for the next try, as many as the file would keep.
     QString lost;
-    const int excess = m_unstored.size() - m_journal->limits().keepEntries;
+    int excess = std::max(0, m_unstored.size() - m_journal->limits().keepEntries);
+    qint64 unstoredBytes = 0;
+    for (int i = excess; i < m_unstored.size(); ++i)
+        unstoredBytes += m_unstored.at(i).size() + 1;
+    while (excess < m_unstored.size() - 1 && unstoredBytes > keptBytes)
+        unstoredBytes -= m_unstored.at(excess++).size() + 1;
     if (excess > 0) {
         m_unstored.remove(0, excess);
         m_entries.remove(m_entries.size() - m_unstored.size() - excess, excess);
@@ -202,23 +216,30 @@ QVector<ChangeHistory::Change> ChangeHistory::changes(
     return out;
 }
 
-QByteArray ChangeHistory::csv(const QString &record) const
+QByteArray ChangeHistory::csv(const QString &record, qint64 maxBytes) const
 {
-    QString text = QStringLiteral("time,user_level,command,record,key,old,new,client\n");
-    for (const Entry &entry : m_entries) {
-        if (!record.isEmpty() && entry.record != record)
+    const QByteArray header = "time,user_level,command,record,key,old,new,client\n";
+    QVector<QByteArray> lines;
+    qint64 bytes = header.size();
+    // Newest first, so that a limit drops the oldest.
+    for (auto entry = m_entries.crbegin(); entry != m_entries.crend(); ++entry) {
+        if (!record.isEmpty() && entry->record != record)
             continue;
-        for (const Change &change : entry.changes) {
-            const QStringList fields {entry.time.toUTC().toString(Qt::ISODateWithMs),
-                QString::number(entry.userLevel), entry.command, entry.record, change.key,
-                valueText(change.before), valueText(change.after), entry.client};
+        for (auto change = entry->changes.crbegin(); change != entry->changes.crend(); ++change) {
+            const QStringList fields {entry->time.toUTC().toString(Qt::ISODateWithMs),
+                QString::number(entry->userLevel), entry->command, entry->record, change->key,
+                valueText(change->before), valueText(change->after), entry->client};
             QStringList quoted;
             for (const QString &field : fields)
                 quoted.append(csvField(field));
-            text += quoted.join(QLatin1Char(',')) + QLatin1Char('\n');
+            const QByteArray line = quoted.join(QLatin1Char(',')).toUtf8() + '\n';
+            if (maxBytes >= 0 && bytes + line.size() > maxBytes)
+                return join(header, lines);
+            bytes += line.size();
+            lines.append(line);
         }
     }
-    return text.toUtf8();
+    return join(header, lines);
 }
 
 } // namespace kelcontroller

@@ -74,7 +74,8 @@ public:
     static bool fromJson(const QJsonValue &value, Entry *entry);
     // One line per changed key, "time,user_level,command,record,key,old,new,client", oldest
     // first; an empty record means all.
-    QByteArray csv(const QString &record = QString()) const;
+    // maxBytes (when not negative) keeps the newest lines that fit, the header always.
+    QByteArray csv(const QString &record = QString(), qint64 maxBytes = -1) const;
 
 private:
     std::unique_ptr<JournalFile> m_journal;

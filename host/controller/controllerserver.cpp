@@ -28,6 +28,11 @@ constexpr int kRunMessagesKept = 100;
 // client that sends thousands at once must not hold the event loop for all of them.
 constexpr int kRequestsPerTurn = 4;
 constexpr int kBytesPerTurn = 256 * 1024;
+// The change history in one answer: the newest entries (or CSV lines) that fit, with room for
+// the escaping of a JSON string within the pendant's 16 MiB.
+constexpr qint64 kHistoryBytes = 6 * 1024 * 1024;
+static_assert(kHistoryBytes * 2 + 4096 < kelplugin::MessageStream::maxMessageBytes,
+    "the history must fit a pendant's answer");
 // What waits in a client's socket unread; beyond it TCP slows the sender down.
 constexpr qint64 kSocketBufferBytes = 256 * 1024;
 
@@ -348,13 +353,19 @@ QJsonValue ControllerServer::serve(
         return true;
     }
     if (op == QLatin1String("history")) {
+        // The newest entries that fit a pendant's answer, oldest first.
+        const auto &all = c->history().entries();
+        int first = all.size();
+        qint64 bytes = 0;
+        while (first > 0 && bytes + ChangeHistory::entryBytes(all.at(first - 1)) <= kHistoryBytes)
+            bytes += ChangeHistory::entryBytes(all.at(--first));
         QJsonArray entries;
-        for (const auto &entry : c->history().entries())
-            entries.append(ChangeHistory::toJson(entry));
+        for (int i = first; i < all.size(); ++i)
+            entries.append(ChangeHistory::toJson(all.at(i)));
         return entries;
     }
     if (op == QLatin1String("history_csv"))
-        return QString::fromUtf8(c->history().csv(text("record")));
+        return QString::fromUtf8(c->history().csv(text("record"), kHistoryBytes));
     if (op == QLatin1String("run") || op == QLatin1String("step")) {
         QStringList lines;
         for (const QJsonValue &line : m.value(QLatin1String("lines")).toArray())
