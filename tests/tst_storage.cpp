@@ -542,30 +542,58 @@ private slots:
             QCOMPARE(readAll(dir.filePath(aside)), damaged);
     }
 
-    void diskFullRefusesTheSaveInWords()
+    void storageErrorRefusesTheSaveInWords_data()
     {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<QString>("words");
+
+        QTest::newRow("disk full") << "full"
+                                   << "store failed: disk full";
+        QTest::newRow("folder removed") << "removed"
+                                        << "store failed: folder missing";
+    }
+
+    void storageErrorRefusesTheSaveInWords()
+    {
+        QFETCH(QString, fault);
+        QFETCH(QString, words);
+
         QTemporaryDir dir;
-        ControllerSimulator sim(dir.path());
-        QCOMPARE(entryOf(sim, "set_virtual_welding", true)["return"].toInt(), 0);
-        const QByteArray before = readAll(sim.dataFilePath());
-        QVERIFY(before.size() > 1024);
-        QSignalSpy problems(&sim, &ControllerSimulator::problem);
         QJsonObject io = FactoryRecords::ioConfig();
         io.insert("gas_protect_port", "DO20");
-        QJsonObject entry;
         {
-            FileSizeLimit full(1024);
-            entry = entryOf(sim, "set_weld_io_config", io);
+            ControllerSimulator sim(dir.path());
+            QCOMPARE(entryOf(sim, "set_virtual_welding", true)["return"].toInt(), 0);
+            const QByteArray before = readAll(sim.dataFilePath());
+            QVERIFY(before.size() > 1024);
+            QSignalSpy problems(&sim, &ControllerSimulator::problem);
+            QJsonObject entry;
+            if (fault == "full") {
+                FileSizeLimit full(1024);
+                entry = entryOf(sim, "set_weld_io_config", io);
+            } else {
+                QVERIFY(QDir(dir.path()).removeRecursively());
+                entry = entryOf(sim, "set_weld_io_config", io);
+                QVERIFY(!QFileInfo::exists(dir.path())); // not made again elsewhere
+                QVERIFY(QDir().mkpath(dir.path()));
+            }
+            QCOMPARE(entry["return"].toInt(), int(ControllerSimulator::StoreFailed));
+            const QString text = entry["message"].toString();
+            QVERIFY2(text.startsWith(words), qPrintable(text));
+            QVERIFY(text.contains(sim.dataFilePath()));
+            QCOMPARE(problems.count(), 1);
+            QCOMPARE(problems.at(0).at(0).toString(), text);
+            QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
+            QCOMPARE(readAll(sim.dataFilePath()), fault == "full" ? before : QByteArray());
+            QVERIFY(sim.history().entries().isEmpty());
+            // The fault gone, the same save goes through, and everything is on disk.
+            QCOMPARE(entryOf(sim, "set_weld_io_config", io)["return"].toInt(), 0);
         }
-        QCOMPARE(entry["return"].toInt(), int(ControllerSimulator::StoreFailed));
-        const QString text = entry["message"].toString();
-        QVERIFY2(text.startsWith("store failed: disk full"), qPrintable(text));
-        QVERIFY(text.contains(sim.dataFilePath()));
-        QCOMPARE(problems.count(), 1);
-        QCOMPARE(problems.at(0).at(0).toString(), text);
-        QCOMPARE(sim.record("weld_io_config"), FactoryRecords::ioConfig());
-        QCOMPARE(readAll(sim.dataFilePath()), before);
-        QVERIFY(sim.history().entries().isEmpty());
+        ControllerSimulator again(dir.path());
+        QCOMPARE(again.record("weld_io_config"), io);
+        QCOMPARE(
+            again.getKelServiceData("laser_weld_data.virtual_welding_status"), QJsonValue(true));
+        QCOMPARE(again.history().entries().size(), 1);
     }
 
     void historyEntriesNotStoredAreReportedAndKept()

@@ -142,7 +142,6 @@ bool JournalFile::append(const QVector<QByteArray> &entries, int *dropped, QStri
         return true;
     }
 
-    QDir().mkpath(QFileInfo(m_filePath).absolutePath());
     QFile file(m_filePath);
     const bool existed = file.exists();
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {

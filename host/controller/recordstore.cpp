@@ -82,8 +82,12 @@ bool RecordStore::write(const QJsonObject &document, QString *error) const
 bool RecordStore::write(const QByteArray &bytes, QString *error) const
 {
     const QFileInfo info(m_filePath);
-    if (!QDir().mkpath(info.absolutePath())) {
-        *error = QStringLiteral("the folder %1 cannot be created").arg(info.absolutePath());
+    // The folder is made when it is taken; one that went away (a medium unmounted, removed by
+    // hand) is not made again, which would write to another disk unnoticed.
+    if (!info.absoluteDir().exists()) {
+        *error = QStringLiteral("folder missing: %1 cannot be written, the folder %2 no longer "
+                                "exists")
+                     .arg(m_filePath, info.absolutePath());
         return false;
     }
     QSaveFile file(m_filePath);
