@@ -124,7 +124,8 @@ QByteArray ControllerServer::cellKey(const QString &dataDir, QString *error)
     const QByteArray key = random.toHex();
     QDir().mkpath(dataDir);
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)
+    // Unbuffered, as every file of the controller: see RecordStore::write.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
         || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
         || file.write(key + '\n') != key.size() + 1 || !file.commit()) {
         *error = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());

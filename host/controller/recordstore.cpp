@@ -92,7 +92,7 @@ bool RecordStore::write(const QByteArray &bytes, QString *error) const
     }
     QSaveFile file(m_filePath);
     // Unbuffered: a buffered write that fails in commit()'s flush is not seen by QSaveFile,
-    // which then puts the cut-off file in place of the good one.
+    // which then puts the cut-off file in place of the good one and reports success.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         *error = failure(file, QStringLiteral("%1 cannot be written").arg(m_filePath));
         return false;
