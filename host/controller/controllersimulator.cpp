@@ -75,6 +75,28 @@ QStringList numbered(const QString &prefix, const QList<int> &numbers)
     return names;
 }
 
+// Why a record may not change from old to value ("record too large: ..."), empty when it may.
+// A record an older version let grow may still shrink; its history entry is then shortened.
+QString sizeRefusal(const QJsonObject &old, const QJsonObject &value, ChangeHistory::Entry *change)
+{
+    const qint64 recordBytes = QJsonDocument(value).toJson(QJsonDocument::Compact).size();
+    const qint64 oldBytes = QJsonDocument(old).toJson(QJsonDocument::Compact).size();
+    if (recordBytes > StorageLimits::maxRecordBytes && recordBytes > oldBytes)
+        return StorageLimits::tooLarge(
+                   QStringLiteral("record"), recordBytes, StorageLimits::maxRecordBytes)
+            + QStringLiteral(" (%1)").arg(change->record);
+    qint64 entryBytes = ChangeHistory::entryBytes(*change);
+    if (entryBytes > ChangeHistory::maxEntryBytes && recordBytes <= oldBytes) {
+        *change = ChangeHistory::shortened(*change);
+        entryBytes = ChangeHistory::entryBytes(*change);
+    }
+    if (entryBytes > ChangeHistory::maxEntryBytes)
+        return StorageLimits::tooLarge(
+                   QStringLiteral("change"), entryBytes, ChangeHistory::maxEntryBytes)
+            + QStringLiteral(" for the change history (%1)").arg(change->record);
+    return QString();
+}
+
 } // namespace
 
 ControllerSimulator::ControllerSimulator(const QString &dataDir, QObject *parent)
@@ -335,20 +357,8 @@ bool ControllerSimulator::storeRecord(
         return true;
     ChangeHistory::Entry change {QDateTime::currentDateTimeUtc(), m_userLevel, m_command, key,
         ChangeHistory::changes(old, value), m_clientName};
-    // Checked before anything is written; a record an older version let grow may shrink.
-    const qint64 recordBytes = QJsonDocument(value).toJson(QJsonDocument::Compact).size();
-    const qint64 oldBytes = QJsonDocument(old).toJson(QJsonDocument::Compact).size();
-    if (recordBytes <= oldBytes && ChangeHistory::entryBytes(change) > ChangeHistory::maxEntryBytes)
-        change = ChangeHistory::shortened(change);
-    QString tooLarge;
-    if (recordBytes > StorageLimits::maxRecordBytes && recordBytes > oldBytes)
-        tooLarge = StorageLimits::tooLarge(
-                       QStringLiteral("record"), recordBytes, StorageLimits::maxRecordBytes)
-            + QStringLiteral(" (%1)").arg(key);
-    else if (ChangeHistory::entryBytes(change) > ChangeHistory::maxEntryBytes)
-        tooLarge = StorageLimits::tooLarge(QStringLiteral("change"),
-                       ChangeHistory::entryBytes(change), ChangeHistory::maxEntryBytes)
-            + QStringLiteral(" for the change history (%1)").arg(key);
+    // Checked before anything is written.
+    const QString tooLarge = sizeRefusal(old, value, &change);
     if (!tooLarge.isEmpty()) {
         report(tooLarge);
         *entry = refused(TooLarge, tooLarge);
