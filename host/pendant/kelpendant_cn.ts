@@ -441,5 +441,9 @@
         <source>controller not reachable</source>
         <translation>无法连接控制器</translation>
     </message>
+    <message>
+        <source>The controller reports: %1</source>
+        <translation>控制器报告：%1</translation>
+    </message>
 </context>
 </TS>
