@@ -170,8 +170,7 @@ QString ChangeHistory::load()
     }
     if (problems.isEmpty())
         return QString();
-    return QStringLiteral("The change history is damaged: %1.")
-        .arg(problems.join(QStringLiteral("; ")));
+    return QStringLiteral("The change history: %1.").arg(problems.join(QStringLiteral("; ")));
 }
 
 bool ChangeHistory::add(const Entry &entry, QString *error)

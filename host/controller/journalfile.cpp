@@ -39,7 +39,7 @@ QVector<QJsonObject> JournalFile::load(
 
     QVector<QJsonObject> entries;
     bool rewriteNeeded = false;
-    const int problemsBefore = problems->size();
+    bool damaged = false; // entries lost that were once complete: the file is kept aside
     QJsonParseError wholeError;
     const QJsonDocument whole = QJsonDocument::fromJson(bytes, &wholeError);
     QVector<QJsonObject> legacyEntries;
@@ -53,21 +53,22 @@ QVector<QJsonObject> JournalFile::load(
             else
                 ++skipped;
         }
-        if (skipped > 0)
+        damaged = skipped > 0;
+        if (damaged)
             problems->append(QStringLiteral("%1 is damaged: %2 of its %3 entries could not be "
                                             "read and were dropped")
                                  .arg(m_filePath)
                                  .arg(skipped)
                                  .arg(legacyEntries.size()));
     } else {
-        QStringList damaged;
+        QStringList bad;
         int start = 0;
         int lineNumber = 0;
         while (start < bytes.size()) {
             ++lineNumber;
             int end = bytes.indexOf('\n', start);
-            const bool torn = end < 0;
-            if (torn)
+            const bool last = end < 0;
+            if (last)
                 end = bytes.size();
             const QByteArray line = bytes.mid(start, end - start).trimmed();
             start = end + 1;
@@ -77,23 +78,31 @@ QVector<QJsonObject> JournalFile::load(
             const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
             if (error.error == QJsonParseError::NoError && doc.isObject() && check(doc.object())) {
                 entries.append(doc.object());
-                rewriteNeeded = rewriteNeeded || torn;
+                rewriteNeeded = rewriteNeeded || last;
                 continue;
             }
             rewriteNeeded = true;
-            damaged.append(torn ? QStringLiteral("its last line %1 is cut off (%2 bytes)")
-                                      .arg(lineNumber)
-                                      .arg(line.size())
-                                : QStringLiteral("line %1 is no entry").arg(lineNumber));
+            if (last) {
+                // An append a kill or a power cut interrupted: never complete, so never
+                // acknowledged; told, but nothing to inspect.
+                problems->append(QStringLiteral("%1 ends in an entry whose writing was "
+                                                "interrupted (line %2, %3 bytes); it is dropped")
+                                     .arg(m_filePath)
+                                     .arg(lineNumber)
+                                     .arg(line.size()));
+            } else {
+                bad.append(QStringLiteral("line %1 is no entry").arg(lineNumber));
+            }
         }
-        if (!damaged.isEmpty())
+        damaged = !bad.isEmpty();
+        if (damaged)
             problems->append(
                 QStringLiteral("%1 is damaged: %2; %3 dropped")
                     .arg(m_filePath,
-                        damaged.mid(0, 5).join(QStringLiteral(", "))
-                            + (damaged.size() > 5 ? QStringLiteral(", ...") : QString()),
-                        damaged.size() == 1 ? QStringLiteral("1 entry")
-                                            : QStringLiteral("%1 entries").arg(damaged.size())));
+                        bad.mid(0, 5).join(QStringLiteral(", "))
+                            + (bad.size() > 5 ? QStringLiteral(", ...") : QString()),
+                        bad.size() == 1 ? QStringLiteral("1 entry")
+                                        : QStringLiteral("%1 entries").arg(bad.size())));
     }
 
     for (const QJsonObject &entry : qAsConst(entries)) {
@@ -104,7 +113,7 @@ QVector<QJsonObject> JournalFile::load(
         return entries;
     // A damaged original stays for inspection; the log goes on from a clean file.
     QString error;
-    if (problems->size() > problemsBefore) {
+    if (damaged) {
         const QString aside = RecordStore(m_filePath).keepAside(&error);
         if (aside.isEmpty()) {
             problems->append(error);

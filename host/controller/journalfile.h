@@ -38,9 +38,11 @@ public:
     int count() const { return m_lines.size(); }
     qint64 bytes() const { return m_bytes; }
 
-    // Reads the file, oldest entry first. A torn last line, lines that are no entry and a file
-    // of the earlier format are reported in problems; the file is then copied aside and
-    // rewritten with what could be read, so that the next append starts on a clean line.
+    // Reads the file, oldest entry first. A torn last line (an append that was interrupted)
+    // and lines that are no entry are dropped and reported in problems; a file of the earlier
+    // format is taken over. The file is then rewritten with what could be read, so that the
+    // next append starts on a clean line; one that lost complete entries is copied aside
+    // first.
     QVector<QJsonObject> load(const Check &check, const Legacy &legacy, QStringList *problems);
     // Appends entries (compact JSON, no line end), synced. On failure the file is as before
     // and error says why. dropped: how many of the oldest entries a trim removed.

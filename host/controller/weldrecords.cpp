@@ -111,8 +111,7 @@ QString WeldRecords::load()
         m_welds.removeLast();
     if (problems.isEmpty())
         return QString();
-    return QStringLiteral("The weld records are damaged: %1.")
-        .arg(problems.join(QStringLiteral("; ")));
+    return QStringLiteral("The weld records: %1.").arg(problems.join(QStringLiteral("; ")));
 }
 
 bool WeldRecords::add(const Weld &weld, QString *error)
