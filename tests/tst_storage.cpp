@@ -7,8 +7,10 @@
 #include "controller/factoryrecords.h"
 #include "controller/storagelimits.h"
 #include "controller/weldrecords.h"
+#include "kelplugin/messagestream.h"
 #include "kelplugin/networkcontroller.h"
 
+#include <QTcpSocket>
 #include <QtTest>
 
 #include <cerrno>
@@ -703,6 +705,61 @@ private slots:
         QVERIFY2(text.startsWith("The controller reports: The controller data file is damaged: "
                                  "weld_io_config is not an object. It was kept as "),
             qPrintable(text));
+    }
+
+    void historyAnswerKeepsTheNewest_data()
+    {
+        QTest::addColumn<QJsonObject>("arguments");
+        QTest::addColumn<QList<int>>("powers");
+
+        QTest::newRow("all") << QJsonObject() << QList<int> {1001, 1002, 1003, 1004, 1005};
+        QTest::newRow("the last two") << QJsonObject {{"last", 2}} << QList<int> {1004, 1005};
+        QTest::newRow("more than there are")
+            << QJsonObject {{"last", 9}} << QList<int> {1001, 1002, 1003, 1004, 1005};
+    }
+
+    void historyAnswerKeepsTheNewest()
+    {
+        QFETCH(QJsonObject, arguments);
+        QFETCH(QList<int>, powers);
+
+        QTemporaryDir dir;
+        ControllerSimulator sim(dir.path());
+        QJsonObject settings = FactoryRecords::settingConfig();
+        for (int power = 1001; power <= 1005; ++power) {
+            settings.insert("laser_power", power);
+            QCOMPARE(entryOf(sim, "set_weld_setting_config", settings)["return"].toInt(), 0);
+        }
+        kelcontroller::ControllerServer server(&sim, "cellkey");
+        QVERIFY(server.listen(QHostAddress::LocalHost, 0));
+        // The pendant's calls wait for their answer, which a server in this thread cannot
+        // give; the protocol by hand, answers awaited on the event loop.
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, server.port());
+        QTRY_COMPARE(socket.state(), QAbstractSocket::ConnectedState);
+        kelplugin::MessageStream stream(&socket);
+        QJsonObject answer;
+        // next() takes the message it reports: asked again only until it has one.
+        bool answered = false;
+        const auto nextAnswer = [&] {
+            return answered
+                = answered || stream.next(&answer) == kelplugin::MessageStream::Status::Message;
+        };
+        stream.send({{"id", 1}, {"op", "hello"}, {"key", "cellkey"}});
+        QTRY_VERIFY(nextAnswer());
+        QCOMPARE(answer["ok"].toBool(), true);
+        QJsonObject request {{"id", 2}, {"op", "history"}, {"level", 3}};
+        for (auto it = arguments.constBegin(); it != arguments.constEnd(); ++it)
+            request.insert(it.key(), it.value());
+        stream.send(request);
+        answered = false;
+        QTRY_VERIFY(nextAnswer());
+        QCOMPARE(answer["id"].toInt(), 2);
+        const QJsonArray entries = answer["result"].toArray();
+        QList<int> got;
+        for (const QJsonValue &entry : entries)
+            got.append(entry["changes"][0]["new"].toInt());
+        QCOMPARE(got, powers);
     }
 
     void weldListKeepsTheNewestAndItsTotals()

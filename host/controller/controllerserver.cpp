@@ -354,11 +354,15 @@ QJsonValue ControllerServer::serve(
         return true;
     }
     if (op == QLatin1String("history")) {
-        // The newest entries that fit a pendant's answer, oldest first.
+        // The newest entries that fit a pendant's answer (and the number asked for), oldest
+        // first.
         const auto &all = c->history().entries();
+        const int last = m.value(QLatin1String("last")).toInt(0);
+        const int oldest = last > 0 ? std::max(0, all.size() - last) : 0;
         int first = all.size();
         qint64 bytes = 0;
-        while (first > 0 && bytes + ChangeHistory::entryBytes(all.at(first - 1)) <= kHistoryBytes)
+        while (
+            first > oldest && bytes + ChangeHistory::entryBytes(all.at(first - 1)) <= kHistoryBytes)
             bytes += ChangeHistory::entryBytes(all.at(--first));
         QJsonArray entries;
         for (int i = first; i < all.size(); ++i)

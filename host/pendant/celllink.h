@@ -16,7 +16,11 @@ public:
     using QObject::QObject;
 
     virtual kelcontroller::CellState state() = 0;
-    // Oldest first, as the controller keeps them.
+    // The change history's entries the cell panel shows at most: the controller keeps up to
+    // 12,000, more than a table rebuilt after every change (and a network answer fetched
+    // after every change) should carry. Export CSV... writes them all.
+    static constexpr int historyShown = 1000;
+    // Oldest first, as the controller keeps them; over the network the newest historyShown.
     virtual QVector<kelcontroller::ChangeHistory::Entry> history() = 0;
     virtual QByteArray historyCsv(const QString &record) = 0;
     virtual QString dataFile() = 0;

@@ -28,9 +28,6 @@ namespace {
 constexpr int kMaxTraffic = 300;
 // Output values change with every sample of a weld (20 per second); the eye needs fewer.
 constexpr int kOutputRefreshMs = 100;
-// The table is rebuilt after every change; the controller keeps up to 12,000 history entries,
-// more than a table can take without holding up the pendant. Export CSV... writes them all.
-constexpr int kHistoryRowsShown = 1000;
 
 QString compact(const QJsonValue &value)
 {
@@ -189,7 +186,7 @@ void ControlPanel::refreshHistory(bool force)
             continue;
         for (const auto &change : entry->changes) {
             const int row = m_history->rowCount();
-            if (row == kHistoryRowsShown)
+            if (row == CellLink::historyShown)
                 return;
             m_history->insertRow(row);
             const QStringList cells {

@@ -76,7 +76,10 @@ QVector<kelcontroller::ChangeHistory::Entry> RemoteCell::history()
     if (m_state.historySize == m_historySize && m_state.historyLast == m_historyLast)
         return m_history;
     bool ok = false;
-    const QJsonArray entries = m_controller->request(QStringLiteral("history"), {}, &ok).toArray();
+    const QJsonArray entries = m_controller
+                                   ->request(QStringLiteral("history"),
+                                       {{QStringLiteral("last"), CellLink::historyShown}}, &ok)
+                                   .toArray();
     if (!ok)
         return m_history;
     m_history.clear();
