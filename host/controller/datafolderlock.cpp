@@ -47,7 +47,9 @@ bool DataFolderLock::acquire(QString *error)
                      .arg(QDir(m_folder).filePath(fileName()));
         break;
     default:
-        *error = QStringLiteral("the lock file %1 cannot be made")
+        // QLockFile keeps errno to itself; these are what is left.
+        *error = QStringLiteral("the lock file %1 cannot be made: the folder is read-only, full "
+                                "or gone")
                      .arg(QDir(m_folder).filePath(fileName()));
         break;
     }
