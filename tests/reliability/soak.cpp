@@ -332,7 +332,13 @@ void checkDataFile(const ControllerSimulator &controller, const QString &dataDir
     if (file.exists()
         && (!file.open(QIODevice::ReadOnly) || !QJsonDocument::fromJson(file.readAll()).isObject()))
         figures->findings.append(QStringLiteral("the data file is not a JSON object"));
-    ControllerSimulator restarted(dataDir);
+    // The running controller owns its folder; a copy of the folder is what a restart would read.
+    QTemporaryDir copy;
+    for (const QFileInfo &info : QDir(dataDir).entryInfoList(QDir::Files)) {
+        if (info.fileName() != QLatin1String("kelcontroller.lock"))
+            QFile::copy(info.filePath(), copy.filePath(info.fileName()));
+    }
+    ControllerSimulator restarted(copy.path());
     if (!restarted.lastError().isEmpty())
         figures->findings.append(QStringLiteral("restart: ") + restarted.lastError());
     int lost = 0;
