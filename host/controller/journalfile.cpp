@@ -2,7 +2,6 @@
 
 #include "recordstore.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
