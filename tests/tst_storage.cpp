@@ -140,6 +140,42 @@ private:
     void (*m_oldHandler)(int) = nullptr;
 };
 
+// The protocol by hand, answers awaited on the event loop: the pendant's own calls wait for
+// their answer, which a server in this thread cannot give while they wait.
+class RawPendant
+{
+public:
+    explicit RawPendant(quint16 port) : m_stream(&m_socket)
+    {
+        m_socket.connectToHost(QHostAddress::LocalHost, port);
+    }
+    // The answer's result; ok false when none came or it was a refusal.
+    QJsonValue ask(QJsonObject request, bool *ok)
+    {
+        *ok = false;
+        request.insert("id", ++m_id);
+        request.insert("level", 3);
+        if (!m_socket.waitForConnected(5000) || !m_stream.send(request))
+            return {};
+        QJsonObject answer;
+        bool answered = false;
+        // next() takes the message it reports: asked again only until it has one.
+        const auto nextAnswer = [&] {
+            return answered
+                = answered || m_stream.next(&answer) == kelplugin::MessageStream::Status::Message;
+        };
+        if (!QTest::qWaitFor(nextAnswer, 5000))
+            return {};
+        *ok = answer["id"].toInt() == m_id && answer["ok"].toBool();
+        return answer["result"];
+    }
+
+private:
+    QTcpSocket m_socket;
+    kelplugin::MessageStream m_stream;
+    int m_id = 0;
+};
+
 WeldRecords::Weld weldOf(int seconds, const QString &program = QStringLiteral("seam"))
 {
     WeldRecords::Weld weld;
@@ -732,34 +768,56 @@ private slots:
         }
         kelcontroller::ControllerServer server(&sim, "cellkey");
         QVERIFY(server.listen(QHostAddress::LocalHost, 0));
-        // The pendant's calls wait for their answer, which a server in this thread cannot
-        // give; the protocol by hand, answers awaited on the event loop.
-        QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, server.port());
-        QTRY_COMPARE(socket.state(), QAbstractSocket::ConnectedState);
-        kelplugin::MessageStream stream(&socket);
-        QJsonObject answer;
-        // next() takes the message it reports: asked again only until it has one.
-        bool answered = false;
-        const auto nextAnswer = [&] {
-            return answered
-                = answered || stream.next(&answer) == kelplugin::MessageStream::Status::Message;
-        };
-        stream.send({{"id", 1}, {"op", "hello"}, {"key", "cellkey"}});
-        QTRY_VERIFY(nextAnswer());
-        QCOMPARE(answer["ok"].toBool(), true);
-        QJsonObject request {{"id", 2}, {"op", "history"}, {"level", 3}};
+        RawPendant pendant(server.port());
+        bool ok = false;
+        pendant.ask({{"op", "hello"}, {"key", "cellkey"}}, &ok);
+        QVERIFY(ok);
+        QJsonObject request {{"op", "history"}};
         for (auto it = arguments.constBegin(); it != arguments.constEnd(); ++it)
             request.insert(it.key(), it.value());
-        stream.send(request);
-        answered = false;
-        QTRY_VERIFY(nextAnswer());
-        QCOMPARE(answer["id"].toInt(), 2);
-        const QJsonArray entries = answer["result"].toArray();
+        const QJsonArray entries = pendant.ask(request, &ok).toArray();
+        QVERIFY(ok);
         QList<int> got;
         for (const QJsonValue &entry : entries)
             got.append(entry["changes"][0]["new"].toInt());
         QCOMPARE(got, powers);
+    }
+
+    void storageProblemsReachConnectedPendants()
+    {
+        QTemporaryDir dir;
+        ControllerSimulator sim(dir.path());
+        QJsonObject settings = FactoryRecords::settingConfig();
+        int power = 1000;
+        while (QFileInfo(sim.history().filePath()).size()
+            < QFileInfo(sim.dataFilePath()).size() + 4096) {
+            settings.insert("laser_power", ++power);
+            QCOMPARE(entryOf(sim, "set_weld_setting_config", settings)["return"].toInt(), 0);
+        }
+        kelcontroller::ControllerServer server(&sim, "cellkey");
+        QVERIFY(server.listen(QHostAddress::LocalHost, 0));
+        RawPendant pendant(server.port());
+        bool ok = false;
+        pendant.ask({{"op", "hello"}, {"key", "cellkey"}}, &ok);
+        QVERIFY(ok);
+        QJsonObject state = pendant.ask({{"op", "cell_state"}}, &ok).toObject();
+        QVERIFY(ok);
+        QCOMPARE(state["problem_count"].toInt(), 0);
+        {
+            FileSizeLimit full(rlim_t(QFileInfo(sim.history().filePath()).size() + 50));
+            for (int i = 0; i < 2; ++i) {
+                settings.insert("laser_power", ++power);
+                QCOMPARE(entryOf(sim, "set_weld_setting_config", settings)["return"].toInt(), 0);
+            }
+        }
+        // Numbered: a pendant that saw the first is told the second only.
+        state = pendant.ask({{"op", "cell_state"}, {"problems_since", 1}}, &ok).toObject();
+        QVERIFY(ok);
+        QCOMPARE(state["problem_count"].toInt(), 2);
+        const QJsonArray problems = state["problems"].toArray();
+        QCOMPARE(problems.size(), 1);
+        QVERIFY2(problems.at(0).toString().contains("(2 entries wait to be stored): disk full"),
+            qPrintable(problems.at(0).toString()));
     }
 
     void weldListKeepsTheNewestAndItsTotals()

@@ -335,8 +335,21 @@ QJsonValue ControllerServer::serve(
         return c->getCurTool();
 
     // The cell around the controller, for the pendant's panel.
-    if (op == QLatin1String("cell_state"))
-        return cellState(qint64(m.value(QLatin1String("since")).toDouble(0)));
+    if (op == QLatin1String("cell_state")) {
+        QJsonObject state
+            = cellState(qint64(m.value(QLatin1String("since")).toDouble(0))).toObject();
+        // Storage problems since the pendant last asked (a history entry the disk did not take):
+        // told to every pendant, as the run messages are.
+        const QStringList problems = c->storageProblems();
+        const int first = c->storageProblemCount() - problems.size() + 1;
+        const int since = m.value(QLatin1String("problems_since")).toInt(0);
+        QJsonArray told;
+        for (int i = std::max(0, since + 1 - first); i < problems.size(); ++i)
+            told.append(problems.at(i));
+        state.insert(QStringLiteral("problems"), told);
+        state.insert(QStringLiteral("problem_count"), c->storageProblemCount());
+        return state;
+    }
     if (op == QLatin1String("set_robot_power")) {
         c->setRobotPowered(m.value(QLatin1String("on")).toBool());
         return true;

@@ -149,6 +149,7 @@ void ControllerSimulator::tellLater(const QString &text)
 {
     m_lastError = text;
     m_storageProblems.append(text);
+    ++m_storageProblemCount;
     // Nobody can listen yet while the constructor runs; tell whoever connects right after.
     QMetaObject::invokeMethod(
         this, [this, text] { emit problem(text); }, Qt::QueuedConnection);
@@ -371,6 +372,7 @@ bool ControllerSimulator::storeRecord(
     QString historyError;
     if (!m_history->add(change, &historyError)) {
         m_storageProblems.append(historyError);
+        ++m_storageProblemCount;
         // The newest tell enough; a full disk must not fill the memory with reports.
         if (m_storageProblems.size() > 20)
             m_storageProblems.removeFirst();

@@ -69,6 +69,8 @@ public:
     // What the start found wrong (repairs, entries that could not be kept) and history entries
     // that could not be stored since, for every pendant that connects later.
     QStringList storageProblems() const { return m_storageProblems; }
+    // How many there have been: the last of storageProblems() is number storageProblemCount().
+    int storageProblemCount() const { return m_storageProblemCount; }
     // The configuration records by key (weld_io_config, ...), as the controller holds them.
     QJsonObject record(const QString &key) const;
     static QStringList recordKeys();
@@ -195,7 +197,8 @@ private:
     QHash<QString, QVector3D> m_positions;
     IoLayout m_layout;
     QString m_lastError;
-    QStringList m_storageProblems;
+    QStringList m_storageProblems; // the newest 20
+    int m_storageProblemCount = 0;
     qint64 m_storedBytes = 0; // the data file's size as last read or written
     QString m_activeWeldData;
     int m_userLevel = 3;

@@ -396,6 +396,10 @@
         <source>Controller: %1, round trip %2 ms</source>
         <translation>控制器：%1，往返 %2 ms</translation>
     </message>
+    <message>
+        <source>The controller reports: %1</source>
+        <translation>控制器报告：%1</translation>
+    </message>
 </context>
 <context>
     <name>RunLink</name>

@@ -34,7 +34,9 @@ void RemoteCell::poll()
     const QJsonObject reply
         = m_controller
               ->request(QStringLiteral("cell_state"),
-                  {{QStringLiteral("since"), std::max(0.0, m_messageCount)}}, &ok)
+                  {{QStringLiteral("since"), std::max(0.0, m_messageCount)},
+                      {QStringLiteral("problems_since"), std::max(0, m_problemCount)}},
+                  &ok)
               .toObject();
     if (!ok)
         return;
@@ -58,6 +60,14 @@ void RemoteCell::poll()
         }
     }
     m_messageCount = count;
+    // Those from before this pendant connected came with its admission (also when the
+    // controller restarted and counts afresh).
+    const int problems = reply.value(QLatin1String("problem_count")).toInt();
+    if (m_problemCount >= 0 && problems >= m_problemCount) {
+        for (const QJsonValue &text : reply.value(QLatin1String("problems")).toArray())
+            emit problem(tr("The controller reports: %1").arg(text.toString()));
+    }
+    m_problemCount = problems;
     if (m_state.run != before.run)
         emit runStateChanged(m_state.run);
     if (m_state.runLine != before.runLine)
@@ -65,6 +75,8 @@ void RemoteCell::poll()
     QJsonObject shown = reply;
     shown.remove(QStringLiteral("messages"));
     shown.remove(QStringLiteral("message_count"));
+    shown.remove(QStringLiteral("problems"));
+    shown.remove(QStringLiteral("problem_count"));
     if (shown != m_shown || !before.connected) {
         m_shown = shown;
         emit stateChanged();

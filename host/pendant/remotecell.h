@@ -48,6 +48,7 @@ private:
     kelcontroller::CellState m_state;
     QJsonObject m_shown;        // the last state as sent, to tell a change
     double m_messageCount = -1; // the run messages seen; -1 until the first poll
+    int m_problemCount = -1;    // the controller's storage problems seen; -1 likewise
     QVector<kelcontroller::ChangeHistory::Entry> m_history;
     int m_historySize = -1;
     QDateTime m_historyLast;
